@@ -1,0 +1,38 @@
+// The sub-commands of tevo1d-cli. Each lives in its own file and registers
+// itself on the application; main() only lists them.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+
+#include "session/session.h"
+
+namespace tevo::cli {
+
+// Exit codes of the tool: 0 good, 1 refused (the program's own message on
+// stderr), 2 usage, 3 run-time failure.
+inline constexpr int Exit_Good = 0;
+inline constexpr int Exit_Refused = 1;
+inline constexpr int Exit_Usage = 2;
+inline constexpr int Exit_Failure = 3;
+
+// What every command shares: the --home folder and the session.
+struct Context {
+  std::string home;  // sets App_Path; empty: the executable's folder rule
+  Session session;
+  int exit_code = Exit_Good;
+};
+
+// Maps a core status word (0 good, 1 refused, -1 failure) to an exit code.
+inline int Exit_From_Status(int status) {
+  return status == 0 ? Exit_Good : status > 0 ? Exit_Refused : Exit_Failure;
+}
+
+// Runs the start-up steps that a headless run needs (paths, settings).
+// Returns a core status word.
+int Start_Session(Context& ctx);
+
+void Register_Settings(CLI::App& app, Context& ctx);
+
+}  // namespace tevo::cli

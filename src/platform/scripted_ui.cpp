@@ -1,0 +1,50 @@
+#include <cstdio>
+
+#include "platform/ui.h"
+
+namespace tevo::platform {
+
+int Scripted_Ui::Message_Box(const Message_Box_Spec& spec) {
+  shown.push_back(spec);
+  if (!quiet) std::fprintf(stderr, "%s: %s\n", spec.title.c_str(), spec.text.c_str());
+  if (!button_answers.empty()) {
+    int b = button_answers.front();
+    button_answers.pop_front();
+    return b;
+  }
+  return spec.default_button;
+}
+
+std::optional<File_Answer> Scripted_Ui::Open_File(const File_Request&) {
+  if (file_answers.empty()) return std::nullopt;
+  auto a = file_answers.front();
+  file_answers.pop_front();
+  return a;
+}
+
+std::optional<File_Answer> Scripted_Ui::Save_File(const File_Request& request) {
+  return Open_File(request);
+}
+
+int Scripted_Ui::Choose(const std::string&, const std::string&, const std::vector<std::string>&,
+                        int initial) {
+  if (choice_answers.empty()) return initial;
+  int c = choice_answers.front();
+  choice_answers.pop_front();
+  return c;
+}
+
+std::optional<std::string> Scripted_Ui::Ask_Text(const std::string&, const std::string&,
+                                                 const std::string& initial) {
+  if (text_answers.empty()) return initial;
+  auto t = text_answers.front();
+  text_answers.pop_front();
+  return t;
+}
+
+Ui& Default_Ui() {
+  static Scripted_Ui ui;
+  return ui;
+}
+
+}  // namespace tevo::platform

@@ -1,0 +1,84 @@
+// The seam to the window system for questions, messages and file pickers.
+//
+// The GUI implements it with Qt widgets; tests and the command-line tool use
+// Scripted_Ui, which answers from a queue (or with the default button) and
+// prints every message as "title: text" to stderr.
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tevo::platform {
+
+// What the one message window shows; the core decodes the style into this.
+struct Message_Box_Spec {
+  std::string title;  // already defaulted ("メッセージ" when empty)
+  std::string text;
+  int style = 0;  // the style word it was built from
+  std::vector<std::string> buttons;  // captions of Command1.. in order, 1 to 3
+  int icon = 0;  // 0 none, 1..4
+  int default_button = 1;  // 1-based index into buttons
+};
+
+struct File_Request {
+  std::string title;
+  std::string filter;  // "caption|pattern|caption|pattern..."
+  int filter_index = 1;  // 1-based
+  std::string initial_dir;
+  std::string initial_name;
+  std::string default_ext;
+};
+
+struct File_Answer {
+  std::string path;
+  int filter_index = 1;
+};
+
+class Ui {
+ public:
+  virtual ~Ui() = default;
+  // Shows the message window modally; returns the 1-based button pressed,
+  // or 0 when the window was closed another way.
+  virtual int Message_Box(const Message_Box_Spec& spec) = 0;
+  virtual void Beep() {}
+  // The hourglass while long work runs.
+  virtual void Wait_Cursor(bool /*on*/) {}
+  // Lets the window system breathe during long loops.
+  virtual void Do_Events() {}
+  virtual std::optional<File_Answer> Open_File(const File_Request& request) = 0;
+  virtual std::optional<File_Answer> Save_File(const File_Request& request) = 0;
+  // A choice among options (option buttons of a small dialog); returns the
+  // 0-based option or -1 on cancel.
+  virtual int Choose(const std::string& title, const std::string& prompt,
+                     const std::vector<std::string>& options, int initial) = 0;
+  // A line of text typed by the operator; nullopt on cancel.
+  virtual std::optional<std::string> Ask_Text(const std::string& title, const std::string& prompt,
+                                              const std::string& initial) = 0;
+};
+
+// Answers from queues; with a queue empty, the default button, the first
+// option, the initial text, and no file. Messages go to stderr unless quiet.
+class Scripted_Ui : public Ui {
+ public:
+  int Message_Box(const Message_Box_Spec& spec) override;
+  std::optional<File_Answer> Open_File(const File_Request& request) override;
+  std::optional<File_Answer> Save_File(const File_Request& request) override;
+  int Choose(const std::string& title, const std::string& prompt,
+             const std::vector<std::string>& options, int initial) override;
+  std::optional<std::string> Ask_Text(const std::string& title, const std::string& prompt,
+                                      const std::string& initial) override;
+
+  std::deque<int> button_answers;  // 1-based buttons for the next message boxes
+  std::deque<std::optional<File_Answer>> file_answers;
+  std::deque<int> choice_answers;
+  std::deque<std::optional<std::string>> text_answers;
+  std::vector<Message_Box_Spec> shown;  // every message box, in order
+  bool quiet = false;
+};
+
+// The process-wide fallback used by a Session that was given no Ui.
+Ui& Default_Ui();
+
+}  // namespace tevo::platform

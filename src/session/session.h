@@ -1,0 +1,153 @@
+// The one in-memory data set of a process, with its lists and view state.
+//
+// Readers fill it, commands change it in place, the paint routine reads it.
+// There is no hidden global: every routine takes the session by reference,
+// so a test builds a fresh one in one line.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "session/point_array.h"
+#include "session/records.h"
+#include "session/settings.h"
+
+namespace tevo {
+
+namespace platform {
+class Ui;
+}
+
+struct Session {
+  Session();
+
+  // ---- the seam to the window system (never null; defaults to scripted) ----
+  platform::Ui* ui = nullptr;
+
+  // ---- paths and work files (start-up and shut-down) ----
+  std::string App_Path;  // folder of the executable, or the --home folder
+  std::string Log_Dir;  // "LOG DIR"
+  int16_t Work_Id = -1;  // 0..9999, -1 when no marker could be made
+  std::string Work_File;  // App_Path/Work_File_1D####.wkf
+  std::string Fid_Work_File;  // App_Path/FID_Work_File_1D####.dat
+  std::string Open_Name;  // full path of the open data set
+  std::string Start_Folder;
+  std::string Cmd_File;  // the file named on the command line
+  bool Cmd_From_Sibling = false;  // "$" prefix: not to be handed back
+  int32_t Access_Count = 0;  // "ACCESS COUNT" of 1DCommon.ini as read
+  std::string Backup_File;  // App_Path/BackUp1_<count>.tv1
+
+  // ---- settings ----
+  session::Settings settings;
+
+  // ---- rows ----
+  int32_t Array_Rows = 1;  // number of rows, at least 1
+  int32_t Array_Row = 0;  // the row shown and edited, 0-based
+
+  // ---- point arrays, addressed (point, row), capacity + 1 points ----
+  int32_t Point_Capacity = 0;
+  Point_Array Fid_Re, Fid_Im;  // time domain after DC removal and scaling
+  Point_Array Ft_Re, Ft_Im;  // spectrum from the transform, before corrections
+  Point_Array Spec_Re, Spec_Im;  // current spectrum: drawn, integrated, saved
+  std::vector<float> Spec_Axis;  // ppm of each point, ascending with index
+  std::vector<float> Spec_Mag;  // magnitude of the current row (work vector)
+  Point_Array Disp_Y;  // display copy (point, row)
+  std::vector<float> Disp_X;  // ppm of each display point
+
+  int32_t Spec_Points = 0;  // points of the spectrum, power of two
+  int32_t Fid_Points = 0;  // complex points of the FID as read
+  int32_t Disp_Points = 0;  // length of Disp_Y
+
+  // ---- data kind ----
+  int16_t Show_Magnitude = 0;  // Disp_Y holds sqrt(re^2 + im^2)
+  int16_t Is_Spectrum = 0;
+  int16_t Is_Fid = 0;
+  int16_t Data_Saved = 1;  // 1: no unsaved changes
+
+  // ---- scale values ----
+  float Max_Abs = 0.1f;  // unit of all levels and integrals, at least 0.1
+  float Max_Real = 0;
+  float Fid_Scale = 1;
+
+  // ---- display state ----
+  float X_Left = 0, X_Right = 0;  // ppm; left is the larger at full view
+  float X_Left_Hz = 0, X_Right_Hz = 0;
+  float Y_Mag = 0.95f;
+  float Y_Offset = 0;  // 0 bottom .. 1 top
+  float Y_Full_Scale = 0;  // Max_Abs / Y_Mag
+
+  // ---- frequencies and referencing ----
+  double Observe_Frequency = 0;  // MHz (OBFRQ)
+  double Spectrum_Frequency = 400.0;  // MHz that corresponds to 0 ppm
+
+  // ---- parameter block ----
+  Data_Param Param;
+
+  // ---- peaks ----
+  std::vector<Peak_Rec> Peaks;  // at most Peak_Max, ascending frequency
+  float Peak_Level = 0.2f, Noise_Level = 0.05f, Base_Level = 0;  // × Max_Abs
+
+  // ---- integrals ----
+  std::vector<Integ_Rec> Integrals;  // at most Integ_Max
+  int32_t Integ_Cur = 0;
+  float Integ_Ref = 1.0f;
+  int32_t Integ_Ref_Index = 0;
+  float Integ_Scale = 1.0f;
+
+  // ---- baseline points (parallel vectors, at most Base_Max) ----
+  std::vector<int32_t> Base_Point;
+  std::vector<float> Base_Re, Base_Im;
+
+  // ---- insets and annotations ----
+  std::vector<Inset_Rec> Insets;  // at most Inset_Max
+  int32_t Inset_Cur = 0;
+  std::vector<Text_Rec> Texts;
+  std::vector<Line_Rec> Lines;
+
+  // ---- overlays: slot 0 is the main spectrum ----
+  std::array<Overlay_Slot, Overlay_Max + 1> Overlay;
+
+  // ---- view history, newest first ----
+  std::vector<View_Hist> View_History;
+
+  // ---- undo: record 0 is the newest; 21 records for a depth of 20 ----
+  std::array<Undo_Rec, Undo_Depth + 1> Undo_Stack;
+
+  // ---- message box shared values ----
+  std::string Msg_Text, Msg_Title, Msg_Result;
+  int32_t Msg_Style = 0;
+
+  // Clamps Array_Row into 0 .. Array_Rows - 1 (0 with a single row) and
+  // returns it; every use of the row goes through this.
+  int32_t Row();
+
+  // Settings that the data model reads directly.
+  int32_t Display_Min() const;
+  bool Disp_Extend_Mode() const;
+};
+
+// Sets the capacity to n points, discards all content and reallocates every
+// point array for points 0..n and rows 0..Array_Rows.
+void Alloc_Point_Arrays(Session& s, int32_t n);
+
+// Rebuilds the display copy. Mode 0 reallocates Disp_Y/Disp_X and fills all
+// rows; mode 1 refreshes only the current row in place; mode 2 only Disp_X.
+// Disp_Points is Spec_Points times the smallest power of two that reaches
+// "DISPLAY MIN" (Spec_Points itself under "DISP EXTEND MODE"); the points in
+// between come from four-point midpoint interpolation, one pass per halving.
+void Build_Disp_Arrays(Session& s, int mode);
+
+struct Ppm_Lookup {
+  int32_t index = 0;  // index into Disp_Y
+  float height = 0;  // Disp_Y at that index
+};
+// Display index of a ppm value by linear interpolation across Disp_X, clamped.
+Ppm_Lookup Point_From_Ppm(const Session& s, float ppm, int32_t row);
+
+// Sets Max_Abs (largest magnitude of the current row, at least 0.1) and
+// Max_Real (largest real value), then Y_Full_Scale.
+void Update_Scale_Values(Session& s);
+
+}  // namespace tevo

