@@ -13,6 +13,7 @@
 #include "session/point_array.h"
 #include "session/records.h"
 #include "session/settings.h"
+#include "session/settings_files.h"
 
 namespace tevo {
 
@@ -41,6 +42,14 @@ struct Session {
 
   // ---- settings ----
   session::Settings settings;
+  std::string Settings_Read_Name;  // the settings file read at start
+  std::string Settings_Write_Name;  // the settings file written
+  std::string User_Name;  // "LATEST USER" / chosen user
+  int16_t User_Mode = 0;  // "USER MODE" of 1DCommon.ini
+  int16_t Log_Mode = 0;  // "LOG MODE": -1 none, 0 monthly, 1 daily
+  std::vector<session::Nucleus_Row> Nuclei;  // "Nuclear.dat", at most 141
+  std::vector<session::Required_Row> Required_Files;  // "RequiredFile1D.txt"
+  std::string Print_Text;  // default parameter text of "1D.prt"
 
   // ---- rows ----
   int32_t Array_Rows = 1;  // number of rows, at least 1
