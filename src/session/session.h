@@ -29,7 +29,7 @@ struct Session {
 
   // ---- paths and work files (start-up and shut-down) ----
   std::string App_Path;  // folder of the executable, or the --home folder
-  std::string Log_Dir;  // "LOG DIR"
+  std::string Log_Dir = "C:\\NMRLog";  // "LOG DIR", mapped to ~/NMRLog here
   int16_t Work_Id = -1;  // 0..9999, -1 when no marker could be made
   std::string Work_File;  // App_Path/Work_File_1D####.wkf
   std::string Fid_Work_File;  // App_Path/FID_Work_File_1D####.dat
@@ -39,6 +39,7 @@ struct Session {
   bool Cmd_From_Sibling = false;  // "$" prefix: not to be handed back
   int32_t Access_Count = 0;  // "ACCESS COUNT" of 1DCommon.ini as read
   std::string Backup_File;  // App_Path/BackUp1_<count>.tv1
+  int Work_Lock_Fd = -1;  // open descriptor holding the lock on Work_File
 
   // ---- settings ----
   session::Settings settings;

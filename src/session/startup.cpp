@@ -1,0 +1,281 @@
+#include "session/startup.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <set>
+
+#include "session/messages.h"
+#include "session/session.h"
+#include "session/text_encoding.h"
+
+namespace fs = std::filesystem;
+
+namespace tevo::session {
+
+namespace {
+
+constexpr const char* kMarkerPrefix = "Work_File_1D";
+constexpr const char* kMarkerExt = ".wkf";
+
+std::string Trim(const std::string& t) {
+  const auto b = t.find_first_not_of(" \t\r\n");
+  if (b == std::string::npos) return {};
+  const auto e = t.find_last_not_of(" \t\r\n");
+  return t.substr(b, e - b + 1);
+}
+
+std::string Upper(std::string t) {
+  for (char& c : t) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return t;
+}
+
+bool Is_Writable_Dir(const fs::path& dir) {
+  std::error_code ec;
+  return fs::is_directory(dir, ec) && ::access(dir.c_str(), W_OK) == 0;
+}
+
+std::string Home() {
+  const char* h = std::getenv("HOME");
+  return h && *h ? h : "/tmp";
+}
+
+// Every marker file of the program folder with its number.
+std::vector<std::pair<int, fs::path>> List_Markers(const std::string& app_path) {
+  std::vector<std::pair<int, fs::path>> out;
+  std::error_code ec;
+  for (const auto& e : fs::directory_iterator(app_path, ec)) {
+    const std::string name = e.path().filename().string();
+    const std::string prefix = kMarkerPrefix;
+    if (name.size() != prefix.size() + 4 + 4 || name.compare(0, prefix.size(), prefix) != 0) continue;
+    if (Upper(name.substr(prefix.size() + 4)) != Upper(kMarkerExt)) continue;
+    const std::string digits = name.substr(prefix.size(), 4);
+    if (!std::all_of(digits.begin(), digits.end(), [](char c) { return std::isdigit(static_cast<unsigned char>(c)); }))
+      continue;
+    out.emplace_back(std::stoi(digits), e.path());
+  }
+  return out;
+}
+
+bool Same_File_Name(const fs::path& a, const std::string& b) {
+  return Upper(a.filename().string()) == Upper(fs::path(b).filename().string());
+}
+
+// True when some process holds the lock of this marker.
+bool Marker_Locked(const fs::path& p) {
+  const int fd = ::open(p.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return false;
+  const bool locked = ::flock(fd, LOCK_SH | LOCK_NB) != 0;
+  ::close(fd);
+  return locked;
+}
+
+void Remove_Quietly(const fs::path& p) {
+  std::error_code ec;
+  fs::remove(p, ec);
+}
+
+const char* const kMonthShort[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
+}  // namespace
+
+std::string Resolve_App_Path(const std::string& home, const std::string& exe_path) {
+  fs::path p;
+  if (!home.empty()) {
+    p = fs::absolute(home);
+    std::error_code ec;
+    fs::create_directories(p, ec);
+  } else {
+    fs::path exe_dir = fs::path(exe_path).parent_path();
+    if (!exe_dir.empty() && Is_Writable_Dir(exe_dir)) {
+      p = fs::absolute(exe_dir);
+    } else {
+      const char* xdg = std::getenv("XDG_DATA_HOME");
+      p = fs::path(xdg && *xdg ? xdg : Home() + "/.local/share") / "tevo1d";
+      std::error_code ec;
+      fs::create_directories(p, ec);
+    }
+  }
+  std::string s = p.lexically_normal().string();
+  while (s.size() > 1 && s.back() == '/') s.pop_back();
+  return s;
+}
+
+std::string Map_Windows_Path(const std::string& path) {
+  if (path.size() < 2 || path[1] != ':' || !std::isalpha(static_cast<unsigned char>(path[0])))
+    return path;
+  std::string rest = path.substr(2);
+  std::replace(rest.begin(), rest.end(), '\\', '/');
+  while (!rest.empty() && rest.front() == '/') rest.erase(rest.begin());
+  if (rest.empty()) return Home();
+  // A bare file in the root of the drive goes to the temp folder; a folder
+  // of the root goes to the home folder.
+  if (rest.find('/') == std::string::npos && fs::path(rest).has_extension())
+    return (fs::temp_directory_path() / rest).string();
+  return (fs::path(Home()) / rest).string();
+}
+
+fs::path Handover_File() { return Map_Windows_Path("C:\\filename.txt"); }
+
+void Remove_Stale_Backups(const Session& s) {
+  std::error_code ec;
+  for (const auto& e : fs::directory_iterator(s.App_Path, ec)) {
+    const std::string name = e.path().filename().string();
+    if (name.rfind("BackUp1_", 0) == 0) Remove_Quietly(e.path());
+  }
+}
+
+Command_Line Parse_Command_Line(const std::string& raw) {
+  Command_Line out;
+  std::string t = Trim(raw);
+  if (t.size() < 3) return out;
+  if (t.front() == '"') {
+    t.erase(t.begin());
+    // The closing quote sits at the position of the old length.
+    if (!t.empty() && t.back() == '"') t.pop_back();
+  } else {
+    const auto blank = t.find(' ');
+    if (blank != std::string::npos) t.resize(blank);
+  }
+  if (!t.empty() && t.front() == '$') {
+    out.from_sibling = true;
+    t.erase(t.begin());
+  }
+  out.file = t;
+  return out;
+}
+
+void Write_Handover(const std::string& raw_command_line) {
+  std::ofstream out(Handover_File(), std::ios::binary | std::ios::trunc);
+  if (out) out << Utf8_To_Sjis(Trim(raw_command_line)) << "\r\n";
+}
+
+bool Claim_Work_Marker(Session& s) {
+  std::set<int> taken;
+  for (const auto& [n, p] : List_Markers(s.App_Path)) taken.insert(n);
+  for (int n = 0; n <= 9999; ++n) {
+    if (taken.count(n)) continue;
+    char digits[8];
+    std::snprintf(digits, sizeof digits, "%04d", n);
+    const fs::path marker = fs::path(s.App_Path) / (std::string(kMarkerPrefix) + digits + kMarkerExt);
+    // O_EXCL: a copy starting at the same moment cannot take the same number.
+    const int fd = ::open(marker.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    if (fd < 0) {
+      if (errno == EEXIST) continue;
+      return false;
+    }
+    ::flock(fd, LOCK_EX | LOCK_NB);
+    s.Work_Lock_Fd = fd;
+    s.Work_Id = static_cast<int16_t>(n);
+    s.Work_File = marker.string();
+    s.Fid_Work_File = (fs::path(s.App_Path) / (std::string("FID_Work_File_1D") + digits + ".dat")).string();
+    return true;
+  }
+  s.Work_File.clear();
+  s.Fid_Work_File.clear();
+  return false;
+}
+
+void Mark_Open_File(Session& s, const std::string& path) {
+  s.Open_Name = path;
+  if (s.Work_File.empty()) return;
+  // Rewrite in place through the locked descriptor so the lock stays.
+  const std::string line = Utf8_To_Sjis(path) + "\r\n";
+  if (s.Work_Lock_Fd >= 0) {
+    if (::ftruncate(s.Work_Lock_Fd, 0) == 0 && ::pwrite(s.Work_Lock_Fd, line.data(), line.size(), 0) >= 0)
+      return;
+  }
+  std::ofstream out(s.Work_File, std::ios::binary | std::ios::trunc);
+  out << line;
+}
+
+bool File_In_Use(const Session& s, const std::string& path) {
+  const std::string wanted = Upper(path);
+  for (const auto& [n, p] : List_Markers(s.App_Path)) {
+    if (!s.Work_File.empty() && Same_File_Name(p, s.Work_File)) continue;
+    std::ifstream in(p, std::ios::binary);
+    if (!in) continue;
+    std::string first;
+    std::getline(in, first);
+    if (Upper(Trim(Sjis_To_Utf8(first))) == wanted && !wanted.empty()) return true;
+  }
+  return false;
+}
+
+bool Other_Copy_Running(const Session& s) {
+  for (const auto& [n, p] : List_Markers(s.App_Path)) {
+    if (!s.Work_File.empty() && Same_File_Name(p, s.Work_File)) continue;
+    if (Marker_Locked(p)) return true;
+  }
+  return false;
+}
+
+std::string Log_File_Name(const Session& s, const std::tm& when) {
+  char stamp[32];
+  if (s.Log_Mode == 1)
+    std::snprintf(stamp, sizeof stamp, "%04d_%02d_%02d", when.tm_year + 1900, when.tm_mon + 1, when.tm_mday);
+  else
+    std::snprintf(stamp, sizeof stamp, "%04d_%02d", when.tm_year + 1900, when.tm_mon + 1);
+  return (fs::path(Map_Windows_Path(s.Log_Dir)) / (std::string("1D") + stamp + ".log")).string();
+}
+
+void Write_Log_At(Session& s, const std::string& operation, const std::string& path, const std::tm& when) {
+  if (s.Log_Mode < 0) return;
+  std::error_code ec;
+  if (!fs::is_directory(Map_Windows_Path(s.Log_Dir), ec)) {
+    Show_Message(s, "Logのフォルダー名が不適切です(WL)", Style_OK | Icon_Exclamation, "Folderエラー");
+    return;
+  }
+  char stamp[64];
+  std::snprintf(stamp, sizeof stamp, "%04d/%s/%02d,%02d:%02d:%02d", when.tm_year + 1900,
+                kMonthShort[std::clamp(when.tm_mon, 0, 11)], when.tm_mday, when.tm_hour, when.tm_min,
+                when.tm_sec);
+  std::ofstream out(Log_File_Name(s, when), std::ios::binary | std::ios::app);
+  if (!out) {
+    Show_Message(s, "Logのフォルダー名が不適切です(WL)", Style_OK | Icon_Exclamation, "Folderエラー");
+    return;
+  }
+  out << Utf8_To_Sjis(s.User_Name + ", " + stamp + ", " + operation + ", " + path) << "\r\n";
+}
+
+void Write_Log(Session& s, const std::string& operation, const std::string& path) {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  Write_Log_At(s, operation, path, local);
+}
+
+void Release_Work_Marker(Session& s) {
+  if (s.Work_Lock_Fd >= 0) ::close(s.Work_Lock_Fd);
+  s.Work_Lock_Fd = -1;
+}
+
+void Shutdown_Cleanup(Session& s, bool all_markers) {
+  const fs::path app(s.App_Path);
+  Remove_Quietly(app / "Temp.dat");
+  std::error_code ec;
+  for (const auto& e : fs::directory_iterator(app, ec)) {
+    const std::string name = Upper(e.path().filename().string());
+    if (name.rfind("TEMP", 0) == 0 && e.path().extension().string().size() == 4 &&
+        Upper(e.path().extension().string()) == ".WMF")
+      Remove_Quietly(e.path());
+  }
+  if (!s.Backup_File.empty()) Remove_Quietly(s.Backup_File);
+  if (!s.Fid_Work_File.empty()) Remove_Quietly(s.Fid_Work_File);
+  const bool others = !all_markers && Other_Copy_Running(s);
+  if (!s.Work_File.empty()) Remove_Quietly(s.Work_File);
+  if (!others) {
+    for (const auto& [n, p] : List_Markers(s.App_Path)) Remove_Quietly(p);
+  }
+  Release_Work_Marker(s);
+}
+
+}  // namespace tevo::session
