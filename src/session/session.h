@@ -14,6 +14,7 @@
 #include "session/records.h"
 #include "session/settings.h"
 #include "session/settings_files.h"
+#include "session/command_flow.h"
 
 namespace tevo {
 
@@ -124,6 +125,9 @@ struct Session {
 
   // ---- undo: record 0 is the newest; 21 records for a depth of 20 ----
   std::array<Undo_Rec, Undo_Depth + 1> Undo_Stack;
+
+  // ---- main window mode and tool state ----
+  session::Mode_State Mode;
 
   // ---- message box shared values ----
   std::string Msg_Text, Msg_Title, Msg_Result;

@@ -13,6 +13,7 @@ constexpr Setting_Def kKeys[] = {
     {"DISP EXTEND MODE", T::Int16, 0, nullptr, true},
     {"ZEROFILLSIZE", T::Int32, 131072, nullptr, true},
     {"AUTO ZEROFILL", T::Int16, 0, nullptr, true},
+    {"ALS SAVE OK", T::Int16, 1, nullptr, true},
 };
 }  // namespace
 

@@ -1,0 +1,164 @@
+#include "session/command_flow.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "session/messages.h"
+#include "session/session.h"
+#include "session/text_encoding.h"
+
+namespace tevo::session {
+
+namespace {
+
+std::string Upper(std::string t) {
+  for (char& c : t) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return t;
+}
+
+void Run(const std::function<void(Session&)>& f, Session& s) {
+  if (f) f(s);
+}
+
+// Splits UTF-8 text into characters.
+std::vector<std::string> Characters(const std::string& text) {
+  std::vector<std::string> out;
+  for (std::size_t i = 0; i < text.size();) {
+    const unsigned char c = static_cast<unsigned char>(text[i]);
+    std::size_t n = c < 0x80 ? 1 : c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 1;
+    n = std::min(n, text.size() - i);
+    out.push_back(text.substr(i, n));
+    i += n;
+  }
+  return out;
+}
+
+int Columns_Of(const std::string& ch) { return static_cast<int>(std::min<std::size_t>(2, Sjis_Length(ch))); }
+
+}  // namespace
+
+std::string Mode_Exit_Question(int16_t mode) {
+  switch (mode) {
+    case Mode_Reference: return "Reference設定を実行しますか";
+    case Mode_Phase: return "位相補正を実行しますか";
+    case Mode_Baseline: return "ベースライン補正を実行しますか";
+    default: return {};
+  }
+}
+
+bool Confirm_Mode_Exit(Session& s) {
+  s.ui->Wait_Cursor(false);
+  Mode_State& m = s.Mode;
+  const int16_t mode = m.Edit_Mode;
+  const Mode_Handlers& h = m.handlers[mode];
+  if (mode >= Mode_Reference && mode <= Mode_Baseline) {
+    if (m.Mode_Unchanged) {
+      Run(h.cancel, s);
+    } else {
+      s.ui->Beep();
+      switch (Show_Message(s, Mode_Exit_Question(mode), Style_Yes_No_Cancel | Icon_Question, "")) {
+        case Msg_Yes: Run(h.confirm, s); break;
+        case Msg_No: Run(h.cancel, s); break;
+        default: return false;
+      }
+    }
+  } else if (mode >= Mode_Peak && mode <= Mode_Inset) {
+    Run(h.close, s);
+  }
+  m.Edit_Mode = Mode_Basic;
+  m.Tool_Drag = 0;
+  m.Tool_Add = 2;
+  m.Tool_Del = 0;
+  m.Zoom_Armed = 0;
+  return true;
+}
+
+bool Enter_Mode(Session& s, int16_t mode) {
+  if (s.Mode.Edit_Mode == mode) return true;
+  if (!Confirm_Mode_Exit(s)) return false;
+  s.Mode.Mode_Unchanged = 1;
+  s.Mode.Edit_Mode = mode;
+  s.Undo_Stack[0].Kind = Undo_None;  // undo is not carried across a mode boundary
+  return true;
+}
+
+void Mode_Edited(Session& s) { s.Mode.Mode_Unchanged = 0; }
+
+void Set_RecentFile_Menu(Session& s, const std::string& path) {
+  auto& list = s.settings.Recent_Files;
+  const std::string key = Upper(path);
+  auto hit = std::find_if(list.begin(), list.end(), [&](const std::string& p) { return Upper(p) == key; });
+  if (hit != list.end()) list.erase(hit);
+  list.insert(list.begin(), path);
+  if (list.size() > static_cast<std::size_t>(Recent_Max)) list.resize(Recent_Max);
+}
+
+int Display_Columns(const std::string& text) {
+  int n = 0;
+  for (const auto& ch : Characters(text)) n += Columns_Of(ch);
+  return n;
+}
+
+std::string Shorten_Path(const std::string& path, int columns) {
+  if (Display_Columns(path) <= columns) return path;
+  const auto chars = Characters(path);
+  // Keep the file name whole when it fits beside the head; the middle gives way.
+  const auto slash = path.find_last_of('/');
+  std::string tail = slash == std::string::npos ? std::string() : path.substr(slash + 1);
+  std::string marker = "..../";
+  if (tail.empty() || Display_Columns(tail) + 5 + 3 > columns) {
+    marker = ".....";
+    tail.clear();
+  }
+  const int tail_room = tail.empty() ? (columns - 5) / 2 : Display_Columns(tail);
+  // Tail from the end when no file name is kept.
+  if (tail.empty()) {
+    int w = 0;
+    for (auto it = chars.rbegin(); it != chars.rend(); ++it) {
+      if (w + Columns_Of(*it) > tail_room) break;
+      w += Columns_Of(*it);
+      tail.insert(0, *it);
+    }
+  }
+  const int head_room = columns - 5 - Display_Columns(tail);
+  std::string head;
+  int w = 0;
+  for (const auto& ch : chars) {
+    if (w + Columns_Of(ch) > head_room) break;
+    w += Columns_Of(ch);
+    head += ch;
+  }
+  return head + marker + tail;
+}
+
+std::string Recent_Caption(int k, const std::string& path) {
+  const std::string num = std::to_string(k);
+  return (k < 10 ? "  &" + num + ". " : "  " + num + ". ") + Shorten_Path(path, 30);
+}
+
+std::map<std::string, bool> Menu_Enabled(const Session& s) {
+  const bool loaded = s.Is_Spectrum != 0 || s.Spec_Points > 0;
+  const bool array = loaded && s.Array_Rows > 1;
+  std::map<std::string, bool> m;
+  // Always: the open commands, the settings and the end.
+  for (const char* id : {"NM1D_m1", "NM1D_m11", "NM1D_m112", "NM1D_m111", "m12", "m121", "m122", "m47",
+                         "m16", "m19", "m32", "m40", "m42", "m43", "m44", "m41", "m45", "m46", "RecentFile"})
+    m[id] = true;
+  for (const char* id : {"m2", "m3", "m5", "m10", "m13", "m18", "m181", "m183", "m131", "m14_1", "m15",
+                         "m17", "m171", "m172", "m173", "m20", "m22", "m21", "m23", "m24", "m25", "m26",
+                         "m27", "m273", "m271", "m272", "m291", "m292", "m209", "m31", "m35", "m36", "m37",
+                         "m38", "m39", "m34", "m51", "m331", "m332", "m30"})
+    m[id] = loaded;
+  for (const char* id : {"m6", "m341", "m342", "m293", "m61", "m52"}) m[id] = array;
+  m["m13"] = loaded && s.settings.Int("ALS SAVE OK") != 0;
+  m["m102"] = !s.settings.Recent_Files.empty();
+  return m;
+}
+
+std::string Window_Caption(const std::string& path) {
+  std::string head = "NMR 1D";
+  head.resize(20, ' ');
+  return head + Upper(path);
+}
+
+}  // namespace tevo::session
