@@ -1,0 +1,180 @@
+#include "qt_ui.h"
+
+#include <QApplication>
+#include <QButtonGroup>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include "session/messages.h"
+
+namespace tevo::app {
+
+namespace {
+
+QString Q(const std::string& s) { return QString::fromStdString(s); }
+
+QStyle::StandardPixmap Icon_Pixmap(int icon) {
+  switch (icon) {
+    case 1: return QStyle::SP_MessageBoxCritical;
+    case 2: return QStyle::SP_MessageBoxQuestion;
+    case 3: return QStyle::SP_MessageBoxWarning;
+    default: return QStyle::SP_MessageBoxInformation;
+  }
+}
+
+}  // namespace
+
+FormMsg::FormMsg(const platform::Message_Box_Spec& spec, QWidget* parent) : QDialog(parent), spec_(spec) {
+  setObjectName("FormMsg");
+  setWindowTitle(Q(spec.title));
+  QFont font(QStringLiteral("IPAPGothic"));
+  font.setPointSize(10);
+  setFont(font);
+  auto* outer = new QVBoxLayout(this);
+  auto* top = new QHBoxLayout;
+  if (spec.icon != 0) {
+    auto* icon = new QLabel(this);
+    icon->setObjectName("Image1");
+    icon->setPixmap(style()->standardIcon(Icon_Pixmap(spec.icon)).pixmap(32, 32));
+    top->addWidget(icon, 0, Qt::AlignTop);
+  }
+  auto* label = new QLabel(Q(spec.text), this);
+  label->setObjectName("Label1");
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  top->addWidget(label, 1);
+  outer->addLayout(top);
+  auto* row = new QHBoxLayout;
+  row->addStretch();
+  for (std::size_t i = 0; i < spec.buttons.size(); ++i) {
+    auto* b = new QPushButton(Q(spec.buttons[i]), this);
+    b->setObjectName(QStringLiteral("Command%1").arg(i + 1));
+    const int index = static_cast<int>(i) + 1;
+    connect(b, &QPushButton::clicked, this, [this, index] {
+      pressed_ = index;
+      accept();
+    });
+    if (index == spec.default_button) {
+      b->setDefault(true);
+      b->setFocus();
+    }
+    row->addWidget(b);
+  }
+  row->addStretch();
+  outer->addLayout(row);
+}
+
+void FormMsg::keyPressEvent(QKeyEvent* event) {
+  const QString text = event->text();
+  if (text.size() == 1) {
+    if (auto r = Message_Key_Result(spec_.style, text[0].toLatin1())) {
+      for (int b = 1; b <= 3; ++b)
+        if (Message_Button_Result(spec_.style, b) == *r) {
+          pressed_ = b;
+          accept();
+          return;
+        }
+    }
+  }
+  QDialog::keyPressEvent(event);
+}
+
+int Qt_Ui::Message_Box(const platform::Message_Box_Spec& spec) {
+  FormMsg box(spec, parent_);
+  box.exec();
+  return box.pressed();
+}
+
+void Qt_Ui::Beep() { QApplication::beep(); }
+
+void Qt_Ui::Wait_Cursor(bool on) {
+  if (on) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    ++wait_depth_;
+  } else {
+    while (wait_depth_ > 0) {
+      QApplication::restoreOverrideCursor();
+      --wait_depth_;
+    }
+  }
+}
+
+void Qt_Ui::Do_Events() { QApplication::processEvents(); }
+
+QStringList Qt_Filters(const std::string& filter) {
+  QStringList parts = Q(filter).split('|');
+  QStringList out;
+  for (int i = 0; i + 1 < parts.size(); i += 2) {
+    QString pattern = parts[i + 1];
+    pattern.replace(';', ' ');
+    out << parts[i] + " (" + pattern + ")";
+  }
+  return out;
+}
+
+namespace {
+
+std::optional<platform::File_Answer> Run_File_Dialog(QWidget* parent, const platform::File_Request& r,
+                                                     bool save) {
+  QFileDialog dlg(parent, Q(r.title), Q(r.initial_dir));
+  dlg.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dlg.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  const QStringList filters = Qt_Filters(r.filter);
+  dlg.setNameFilters(filters);
+  if (r.filter_index >= 1 && r.filter_index <= filters.size()) dlg.selectNameFilter(filters[r.filter_index - 1]);
+  if (!r.default_ext.empty()) dlg.setDefaultSuffix(Q(r.default_ext));
+  if (!r.initial_name.empty()) dlg.selectFile(Q(r.initial_name));
+  if (dlg.exec() != QDialog::Accepted || dlg.selectedFiles().isEmpty()) return std::nullopt;
+  platform::File_Answer a;
+  a.path = dlg.selectedFiles().front().toStdString();
+  a.filter_index = static_cast<int>(filters.indexOf(dlg.selectedNameFilter())) + 1;
+  return a;
+}
+
+}  // namespace
+
+std::optional<platform::File_Answer> Qt_Ui::Open_File(const platform::File_Request& request) {
+  return Run_File_Dialog(parent_, request, false);
+}
+
+std::optional<platform::File_Answer> Qt_Ui::Save_File(const platform::File_Request& request) {
+  return Run_File_Dialog(parent_, request, true);
+}
+
+int Qt_Ui::Choose(const std::string& title, const std::string& prompt, const std::vector<std::string>& options,
+                  int initial) {
+  QDialog dlg(parent_);
+  dlg.setWindowTitle(Q(title));
+  auto* layout = new QVBoxLayout(&dlg);
+  if (!prompt.empty()) layout->addWidget(new QLabel(Q(prompt), &dlg));
+  auto* group = new QButtonGroup(&dlg);
+  for (std::size_t i = 0; i < options.size(); ++i) {
+    auto* b = new QRadioButton(Q(options[i]), &dlg);
+    group->addButton(b, static_cast<int>(i));
+    if (static_cast<int>(i) == initial) b->setChecked(true);
+    layout->addWidget(b);
+  }
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dlg);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &dlg, &QDialog::accept);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &dlg, &QDialog::reject);
+  layout->addWidget(buttons);
+  if (dlg.exec() != QDialog::Accepted) return -1;
+  return group->checkedId();
+}
+
+std::optional<std::string> Qt_Ui::Ask_Text(const std::string& title, const std::string& prompt,
+                                           const std::string& initial) {
+  bool ok = false;
+  QString t = QInputDialog::getText(parent_, Q(title), Q(prompt), QLineEdit::Normal, Q(initial), &ok);
+  if (!ok) return std::nullopt;
+  return t.toStdString();
+}
+
+}  // namespace tevo::app

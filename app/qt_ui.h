@@ -1,0 +1,53 @@
+// platform::Ui for the desktop: the message window FormMsg, the file
+// pickers and the small choice dialogs, as Qt widgets.
+#pragma once
+
+#include <QDialog>
+#include <QWidget>
+
+#include "platform/ui.h"
+
+namespace tevo::app {
+
+// The one message window: caption, text, one to three buttons spaced across,
+// an icon, the default button focused, and the key table of its style.
+class FormMsg : public QDialog {
+  Q_OBJECT
+ public:
+  FormMsg(const platform::Message_Box_Spec& spec, QWidget* parent);
+  int pressed() const { return pressed_; }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  platform::Message_Box_Spec spec_;
+  int pressed_ = 0;
+};
+
+class Qt_Ui : public platform::Ui {
+ public:
+  explicit Qt_Ui(QWidget* parent = nullptr) : parent_(parent) {}
+  void Set_Parent(QWidget* parent) { parent_ = parent; }
+
+  int Message_Box(const platform::Message_Box_Spec& spec) override;
+  void Beep() override;
+  void Wait_Cursor(bool on) override;
+  void Do_Events() override;
+  std::optional<platform::File_Answer> Open_File(const platform::File_Request& request) override;
+  std::optional<platform::File_Answer> Save_File(const platform::File_Request& request) override;
+  int Choose(const std::string& title, const std::string& prompt, const std::vector<std::string>& options,
+             int initial) override;
+  std::optional<std::string> Ask_Text(const std::string& title, const std::string& prompt,
+                                      const std::string& initial) override;
+
+ private:
+  QWidget* parent_;
+  int wait_depth_ = 0;
+};
+
+// "caption|pattern|caption|pattern" to Qt's "caption (pattern);;..." with
+// the patterns' ";" turned into blanks.
+QStringList Qt_Filters(const std::string& filter);
+
+}  // namespace tevo::app
