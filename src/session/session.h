@@ -89,6 +89,18 @@ struct Session {
   float Y_Offset = 0;  // 0 bottom .. 1 top
   float Y_Full_Scale = 0;  // Max_Abs / Y_Mag
 
+  // ---- phase: applied on top of Ft_* while it is being set, 0 otherwise ----
+  float Phase0 = 0;  // zero-order phase, degrees, -360 .. 360
+  float Phase1 = 0;  // first-order phase over the whole width, degrees, -1800 .. 1800
+  int32_t Pivot_Pp = 0;  // marker "pp": point the first-order term turns about
+  int32_t Pivot_P2 = 0;  // marker "p2": second reference point
+  std::vector<float> Phase0_Row, Phase1_Row;  // per row, main window phase mode
+  int16_t Phase_Together = 0;  // main window: the current row's phase goes to all rows
+  int32_t Peak_Index = 0;  // first index of the largest Spec_Mag
+  float Peak_Magnitude = 0;  // that largest value
+  std::vector<float> Curve_Value;  // automatic phase: turning sign by point
+  std::vector<int16_t> Curve_Mask;  // automatic phase: selection by point, kept between calls
+
   // ---- frequencies and referencing ----
   double Observe_Frequency = 0;  // MHz (OBFRQ)
   double Spectrum_Frequency = 400.0;  // MHz that corresponds to 0 ppm
