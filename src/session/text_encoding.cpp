@@ -69,4 +69,49 @@ std::string Utf8_To_Sjis(std::string_view utf8) {
 
 std::size_t Sjis_Length(std::string_view utf8) { return Utf8_To_Sjis(utf8).size(); }
 
+char32_t Next_Utf8(std::string_view s, std::size_t& i) {
+  unsigned char c = static_cast<unsigned char>(s[i]);
+  int n = (c >= 0xC2 && c < 0xE0) ? 1 : (c >= 0xE0 && c < 0xF0) ? 2 : (c >= 0xF0 && c < 0xF5) ? 3 : 0;
+  if (n == 0 || i + n >= s.size()) {
+    ++i;
+    return c;
+  }
+  char32_t cp = c & (0x3F >> n);
+  for (int k = 1; k <= n; ++k) {
+    unsigned char t = static_cast<unsigned char>(s[i + k]);
+    if ((t & 0xC0) != 0x80) {
+      ++i;
+      return c;
+    }
+    cp = (cp << 6) | (t & 0x3F);
+  }
+  i += n + 1;
+  return cp;
+}
+
+void Append_Utf8(std::string& out, char32_t c) {
+  if (c < 0x80) {
+    out += static_cast<char>(c);
+  } else if (c < 0x800) {
+    out += static_cast<char>(0xC0 | (c >> 6));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else if (c < 0x10000) {
+    out += static_cast<char>(0xE0 | (c >> 12));
+    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else {
+    out += static_cast<char>(0xF0 | (c >> 18));
+    out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  }
+}
+
+int Sjis_Char_Bytes(char32_t c) {
+  if (c < 0x80 || (c >= 0xFF61 && c <= 0xFF9F)) return 1;
+  std::string one;
+  Append_Utf8(one, c);
+  return Utf8_To_Sjis(one).size() == 2 ? 2 : 1;
+}
+
 }  // namespace tevo
