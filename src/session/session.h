@@ -71,6 +71,26 @@ struct Session {
   int32_t Fid_Points = 0;  // complex points of the FID as read
   int32_t Disp_Points = 0;  // length of Disp_Y
 
+  // ---- FID processing: transform size, window, zero fill, prediction ----
+  int32_t Base_Point_Count = 0;  // transform size as read (next power of two >= Fid_Points)
+  bool Fid_Work_Saved = false;  // Fid_Work_File holds the FID as read
+  int16_t Fid_Format_Class = 0;  // shift memory class: 0 other, 1 Bruker, 2 Varian, 3 JEOL
+  int32_t Fid_Shift = 0;  // left shift of the FID in points; negative shifts right
+  int16_t Zero_Fill_Factor = 1;  // doublings of N by zero fill (1, 2, 4, ...)
+  int16_t LP_Fill_Factor = 1;  // doublings of N by forward prediction
+  float Line_Broadening = 0.25f;  // exponential window, Hz
+  int16_t Window_Kind = 0;  // 0 exponential, 1 sine, 2 sine squared, 3 Gaussian
+  float Window_Start = 0, Window_End = 100;  // percent of the FID length
+  float Trap_T1 = 0, Trap_T2 = 0, Trap_T3 = 80, Trap_T4 = 100;  // trapezoid corners, percent
+  std::vector<float> Window_Func;  // weight per point, N entries
+  int16_t Auto_Phase_Off = 0;  // 0: automatic phase after each preview transform
+  int32_t LP_Order = 32;  // p, 20 <= p < 101
+  int32_t LP_Points = 256;  // m, rows of the prediction equations, >= p
+  int32_t LP_Start = 1;  // s, first point of the forward equations, from 1
+  int32_t LP_Back_Points = 4;  // b, leading points rebuilt backward, 1 <= b < 31
+  int16_t LP_Stability = 1;  // nonzero: backward coefficients are stabilised too
+  int16_t Acq_Mode = 0;  // 0 none, 1 single-converter correction wanted, 2 odd points negated
+
   // ---- data kind ----
   int16_t Show_Magnitude = 0;  // Disp_Y holds sqrt(re^2 + im^2)
   int16_t Is_Spectrum = 0;
