@@ -9,17 +9,6 @@
 
 namespace tevo::signal {
 
-std::span<const float> Fft_Sine() {
-  static const std::vector<float> table = [] {
-    std::vector<float> t(static_cast<std::size_t>(Fft_Sine_Entries));
-    const double step = 2.0 * 3.14159265358979 / Fft_Table_Size;
-    for (int32_t k = 0; k < Fft_Sine_Entries; ++k)
-      t[static_cast<std::size_t>(k)] = static_cast<float>(std::sin(k * step));
-    return t;
-  }();
-  return table;
-}
-
 void Fft_Butterflies(float* re, float* im, int32_t n) {
   if (n < 2) return;
   const float* T = Fft_Sine().data();

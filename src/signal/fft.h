@@ -7,21 +7,13 @@
 #include <cstdint>
 #include <span>
 
+#include "signal/sine_table.h"
+
 namespace tevo {
 struct Session;
 }
 
 namespace tevo::signal {
-
-// Period M of the sine table in entries; also the largest transform size.
-inline constexpr int32_t Fft_Table_Size = 524288;
-// Entries of the table: Round(5 M / 4) + 1, so that a cosine can be read a
-// quarter period further on from any sine index below M.
-inline constexpr int32_t Fft_Sine_Entries = 655361;
-
-// The sine table: entry k is sin(k * 2 pi / M) rounded to float. Built once
-// on first use and shared for the life of the process; read only.
-std::span<const float> Fft_Sine();
 
 // Decimation-in-frequency butterflies over re/im[0 .. n), n a power of two
 // not above M. Twiddles exp(-i 2 pi a / M) come from the table; nothing is
