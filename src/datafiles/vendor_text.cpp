@@ -1,0 +1,82 @@
+#include "datafiles/vendor_text.h"
+
+#include <cctype>
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+#include "session/messages.h"
+
+namespace tevo::datafiles {
+
+std::optional<std::string> Read_Whole_File(const std::string& path, int* error) {
+  errno = 0;
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    if (error) *error = errno ? Error_Number_From_Errno(errno) : 53;
+    return std::nullopt;
+  }
+  std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  if (in.bad()) {
+    if (error) *error = 57;
+    return std::nullopt;
+  }
+  if (error) *error = 0;
+  return bytes;
+}
+
+std::vector<std::string> Split_Lines(std::string_view bytes) {
+  std::vector<std::string> lines;
+  std::size_t start = 0;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const char c = bytes[i];
+    if (c != '\r' && c != '\n') continue;
+    lines.emplace_back(bytes.substr(start, i - start));
+    if (c == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') ++i;
+    start = i + 1;
+  }
+  if (start < bytes.size()) lines.emplace_back(bytes.substr(start));
+  return lines;
+}
+
+std::string Trim(std::string_view text) {
+  std::size_t a = 0, b = text.size();
+  while (a < b && static_cast<unsigned char>(text[a]) <= ' ') ++a;
+  while (b > a && static_cast<unsigned char>(text[b - 1]) <= ' ') --b;
+  return std::string(text.substr(a, b - a));
+}
+
+std::string Upper(std::string_view text) {
+  std::string out(text);
+  for (char& c : out)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  return out;
+}
+
+bool Starts_With_Ci(std::string_view text, std::string_view head) {
+  if (text.size() < head.size()) return false;
+  for (std::size_t i = 0; i < head.size(); ++i)
+    if (std::toupper(static_cast<unsigned char>(text[i])) !=
+        std::toupper(static_cast<unsigned char>(head[i])))
+      return false;
+  return true;
+}
+
+std::optional<double> Leading_Number(std::string_view text) {
+  std::string t = Trim(text);
+  if (t.empty()) return std::nullopt;
+  const char* begin = t.c_str();
+  char* end = nullptr;
+  errno = 0;
+  const double v = std::strtod(begin, &end);
+  if (end == begin) return std::nullopt;
+  // strtod also takes "inf", "nan" and hex; the files never mean those.
+  const char c0 = t[0] == '+' || t[0] == '-' ? (t.size() > 1 ? t[1] : ' ') : t[0];
+  if (!(std::isdigit(static_cast<unsigned char>(c0)) || c0 == '.')) return std::nullopt;
+  return v;
+}
+
+double Val(std::string_view text) { return Leading_Number(text).value_or(0.0); }
+
+}  // namespace tevo::datafiles
