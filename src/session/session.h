@@ -108,6 +108,15 @@ struct Session {
   float Y_Mag = 0.95f;
   float Y_Offset = 0;  // 0 bottom .. 1 top
   float Y_Full_Scale = 0;  // Max_Abs / Y_Mag
+  int16_t Axis_Unit = 0;  // x axis unit: 0 ppm, 1 Hz, 2 kHz ("AXIS MODE PPM")
+  int16_t Mouse_Tool = 0;  // armed zoom tool: 0 none, 1 box, 2 horizontal, 3 vertical, 4 cursors
+  int16_t Dept_Mode = 0;  // data shown as DEPT (default Y_Mag is 0.95 / 4 then)
+  int32_t Select_Start = -1, Select_End = -1;  // Spec_Re indices drawn in "SELECT SPECT COL"
+  int16_t Keep_Base_Layer = 0;  // 1 during a drag: the paint redraws only the XOR layer
+  int32_t Cursor_X = -1, Cursor_Y = -1;  // live crosshair, pixels (-1: none)
+  int32_t Cursor_Left = 0, Cursor_Right = 0;  // distance cursors, display indices
+  int32_t Cursor_Left_Frozen = -1, Cursor_Right_Frozen = -1;  // -1 when off the frame
+  int16_t Show_Distance = 0;  // the distance window is open
 
   // ---- phase: applied on top of Ft_* while it is being set, 0 otherwise ----
   float Phase0 = 0;  // zero-order phase, degrees, -360 .. 360
