@@ -1,0 +1,136 @@
+#include "display/spectrum_trace.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "display/plot_geometry.h"
+#include "display/style.h"
+#include "session/session.h"
+
+namespace tevo::display {
+
+using platform::Point;
+
+int Flush_Pixel_Column(std::span<Point> v, int count, int first_y, int max_y, int min_y,
+                       int last_y, int x) {
+  auto add = [&](int y) {
+    if (static_cast<std::size_t>(count) < v.size()) v[static_cast<std::size_t>(count++)] = {x, y};
+  };
+  if (first_y >= max_y) {
+    if (first_y > min_y) {
+      add(min_y);
+      if (last_y > min_y) add(last_y);
+    }
+  } else if (first_y <= min_y) {
+    add(max_y);
+    if (last_y < max_y) add(last_y);
+  } else if (last_y != max_y) {
+    add(max_y);
+    add(min_y);
+    if (last_y > min_y) add(last_y);
+  } else {
+    add(min_y);
+    add(max_y);
+  }
+  return count;
+}
+
+Trace_Vertices Decimate_Trace(std::span<const float> x, std::span<const float> y, int32_t count,
+                              double left, double right, int x0, int x1, double full_scale,
+                              double offset, int base, int top, int bottom, int64_t select_first,
+                              int64_t select_last) {
+  Trace_Vertices out;
+  if (right == left || full_scale == 0 || count <= 0) return out;
+  count = std::min<int32_t>(count, static_cast<int32_t>(std::min(x.size(), y.size())));
+  const double ax = (x1 - x0) / (right - left);
+  const double bx = x0 - ax * left;
+  const double ay = (top - base) / full_scale;
+  const double by = base + (top - base) * offset;
+  const int lo = std::min(x0, x1), hi = std::max(x0, x1);
+  // Sized from the frame, never from the data: four vertices a column.
+  out.points.resize(static_cast<std::size_t>(4 * std::abs(x1 - x0) + 4));
+  std::span<Point> v(out.points);
+  int c = 0;
+  int first = 0, mx = 0, mn = 0, last = 0, column = 0;
+  bool open = false;
+  for (int32_t i = 0; i < count; ++i) {
+    const int px = Round_Pixel(ax * x[static_cast<std::size_t>(i)] + bx);
+    if (px < lo || px > hi) {
+      if (c > 0) {
+        c = Flush_Pixel_Column(v, c, first, mx, mn, last, column);
+        open = false;
+        if (i < select_last) out.select_to = c - 1;
+        break;
+      }
+      continue;
+    }
+    int py = Round_Pixel(ay * y[static_cast<std::size_t>(i)] + by);
+    if (py < top) py = top;
+    if (py > bottom) py = bottom;
+    if (i == select_first) out.select_from = c;
+    if (i == select_last) out.select_to = c;
+    if (c > 0 && px == column) {
+      if (py > mx)
+        mx = py;
+      else if (py < mn)
+        mn = py;
+      last = py;
+      continue;
+    }
+    if (c > 0) c = Flush_Pixel_Column(v, c, first, mx, mn, last, column);
+    if (static_cast<std::size_t>(c) < v.size()) v[static_cast<std::size_t>(c++)] = {px, py};
+    first = mx = mn = last = py;
+    column = px;
+    open = true;
+  }
+  // The data ended inside the window: finish the last column too.
+  if (open) c = Flush_Pixel_Column(v, c, first, mx, mn, last, column);
+  out.points.resize(static_cast<std::size_t>(c));
+  return out;
+}
+
+void Stroke(platform::Surface& surf, std::span<const Point> v) {
+  if (v.size() < 2) return;
+  surf.Move_To(v[0].x, v[0].y);
+  for (std::size_t k = 1; k < v.size(); ++k) surf.Line_To(v[k].x, v[k].y);
+}
+
+void Draw_Main_Spectrum(Session& s, platform::Surface& surf, double left, double right, int x0,
+                        int x1, double full_scale, double offset, int base, int top, int bottom,
+                        platform::Colour colour) {
+  if (s.Disp_Points <= 0 || s.Spec_Points <= 0 || s.Disp_Y.Empty()) return;
+  surf.Set_Raster_Op(platform::Raster_Op::Copy);
+  // Display points per spectrum point: the select range is kept in points of
+  // Spec_Re.
+  const int64_t f = std::llround(static_cast<double>(s.Disp_Points) / s.Spec_Points);
+  const int64_t sel0 = s.Select_Start >= 0 ? s.Select_Start * f : -1;
+  const int64_t sel1 = s.Select_End >= 0 ? s.Select_End * f : -1;
+  const Trace_Vertices t =
+      Decimate_Trace(s.Disp_X, s.Disp_Y.Row(static_cast<std::size_t>(s.Row())), s.Disp_Points,
+                     left, right, x0, x1, full_scale, offset, base, top, bottom, sel0, sel1);
+  if (t.points.size() < 2) return;
+  const int width = Round_Pixel(Setting_Num(s, "DISP SPEC WIDTH", 1));
+  surf.Set_Pen(platform::Pen_Style::Solid, width, colour);
+  Stroke(surf, t.points);
+  if (t.select_to > t.select_from) {
+    surf.Set_Pen(platform::Pen_Style::Solid, width, Setting_Colour(s, "SELECT SPECT COL", 0x0000FF));
+    Stroke(surf, std::span<const Point>(t.points).subspan(
+                     static_cast<std::size_t>(t.select_from),
+                     static_cast<std::size_t>(t.select_to - t.select_from + 1)));
+  }
+}
+
+void Draw_Overlay_Trace(const Session& s, platform::Surface& surf, std::span<const float> x_values,
+                        std::span<const float> y_values, int32_t count, double left, double right,
+                        int x0, int x1, double full_scale, double offset, int base, int top,
+                        int bottom, platform::Colour colour) {
+  const Trace_Vertices t = Decimate_Trace(x_values, y_values, count, left, right, x0, x1,
+                                          full_scale, offset, base, top, bottom);
+  if (t.points.size() < 2) return;
+  surf.Set_Pen(platform::Pen_Style::Solid, Round_Pixel(Setting_Num(s, "DISP SPEC WIDTH", 1)),
+               colour);
+  Stroke(surf, t.points);
+}
+
+}  // namespace tevo::display
