@@ -149,6 +149,7 @@ struct Session {
   float Integ_Scale = 1.0f;
 
   // ---- baseline points (parallel vectors, at most Base_Max) ----
+  int16_t Base_Corrected = 0;  // a baseline correction has been made on the spectrum
   std::vector<int32_t> Base_Point;
   std::vector<float> Base_Re, Base_Im;
 
