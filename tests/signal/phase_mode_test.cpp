@@ -33,7 +33,7 @@ TEST(PhaseManual, FieldTextAndScrollPosition) {
   EXPECT_EQ(Phase_Text(-3.25f), "-3.25");
   EXPECT_EQ(Phase_Text(359.999f), "360.0");
   EXPECT_EQ(Phase_Scroll_Value(-1799.96f), -18000);
-  EXPECT_EQ(Phase_Scroll_Value(0.05f), 0);  // ties to even
+  EXPECT_EQ(Phase_Scroll_Value(0.25f), 2);  // ties to even
 }
 
 TEST(PhaseManual, StepsTypedValuesAndScrollInTheDialog) {
