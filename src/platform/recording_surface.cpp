@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "platform/symbol_font.h"
 #include "session/text_encoding.h"
 
 namespace tevo::platform {
@@ -97,11 +98,11 @@ void RecordingSurface::Set_Pixel(int x, int y, Colour colour) {
   pixels_[static_cast<long long>(y) * width_ + x] = colour & 0xFFFFFF;
 }
 
-int RecordingSurface::Metric_Units(std::string_view text, int charset) {
+int RecordingSurface::Metric_Units(std::string_view text, bool symbol) {
   int units = 0;
   for (std::size_t i = 0; i < text.size();) {
     char32_t c = Next_Utf8(text, i);
-    bool narrow = charset == 2 || c < 0x100 || (c >= 0xFF61 && c <= 0xFF9F);
+    bool narrow = symbol || c < 0x100 || (c >= 0xFF61 && c <= 0xFF9F);
     units += narrow ? 1 : 2;
   }
   return units;
@@ -123,7 +124,7 @@ void RecordingSurface::Text_Out(int x, int y, std::string_view text, const Font_
 Text_Size RecordingSurface::Text_Extent(std::string_view text, const Font_Rec& font,
                                         double height_px, int) {
   if (text.empty()) return {0, static_cast<int>(std::lround(height_px))};
-  double w = Metric_Units(text, font.Charset) * height_px * 0.5;
+  double w = Metric_Units(text, Is_Symbol_Font(font)) * height_px * 0.5;
   return {static_cast<int>(std::lround(w)), static_cast<int>(std::lround(height_px))};
 }
 

@@ -108,7 +108,7 @@ class RecordingSurface : public Surface {
   Background_Mode Background_Mode_Now() const { return bk_mode_; }
 
   // Width in metric units (1 = half a character height) of a UTF-8 text.
-  static int Metric_Units(std::string_view text, int charset);
+  static int Metric_Units(std::string_view text, bool symbol_font);
 
  private:
   Recorded_Op& Add(Recorded_Op::Kind kind);
