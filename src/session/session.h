@@ -35,6 +35,9 @@ struct Session {
   std::string Work_File;  // App_Path/Work_File_1D####.wkf
   std::string Fid_Work_File;  // App_Path/FID_Work_File_1D####.dat
   std::string Open_Name;  // full path of the open data set
+  std::string File_Class;  // upper-case pseudo extension that picked the reader (".TV1")
+  std::string Data_Folder;  // folder of the data file, no trailing separator
+  std::string Sniff_Tag;  // what the first bytes of the file said ("TEV1", "BRUKER", ...)
   std::string Start_Folder;
   std::string Cmd_File;  // the file named on the command line
   bool Cmd_From_Sibling = false;  // "$" prefix: not to be handed back
