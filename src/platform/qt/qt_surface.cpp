@@ -211,18 +211,35 @@ void QtSurface::Set_Pixel(int x, int y, Colour colour) {
   painter_->fillRect(x, y, 1, 1, To_Qt(colour));
 }
 
+const QtSurface::Font_Entry& QtSurface::Font_For(const Font_Rec& font, double height_px,
+                                                  int weight) {
+  for (const Font_Entry& e : fonts_)
+    if (e.metrics && e.height == height_px && e.weight == weight && e.font.Face == font.Face &&
+        e.font.Charset == font.Charset && e.font.Italic == font.Italic &&
+        e.font.Underline == font.Underline && e.font.Strike == font.Strike)
+      return e;
+  Font_Entry& e = fonts_[next_font_];
+  next_font_ = (next_font_ + 1) % 4;
+  e.font = font;
+  e.height = height_px;
+  e.weight = weight;
+  e.qt = Qt_Font(font, height_px, weight);
+  e.metrics = std::make_unique<QFontMetricsF>(e.qt, painter_->device());
+  return e;
+}
+
 void QtSurface::Text_Out(int x, int y, std::string_view text, const Font_Rec& font,
                          double height_px, int angle_tenths, int weight) {
   if (text.empty()) return;
-  const QFont qf = Qt_Font(font, height_px, weight);
+  const Font_Entry& f = Font_For(font, height_px, weight);
+  const QFontMetricsF& fm = *f.metrics;
   const QString shown = Shown_Text(text, font);
   painter_->save();
   Use_Op();
   if (Xor_Now()) painter_->setRenderHint(QPainter::TextAntialiasing, false);
-  painter_->setFont(qf);
+  painter_->setFont(f.qt);
   painter_->translate(x, y);
   if (angle_tenths != 0) painter_->rotate(-angle_tenths / 10.0);
-  const QFontMetricsF fm(qf, painter_->device());
   if (bk_mode_ == Background_Mode::Opaque)
     painter_->fillRect(QRectF(0, 0, fm.horizontalAdvance(shown), fm.height()), To_Qt(bk_colour_));
   painter_->setPen(To_Qt(text_colour_));
@@ -232,8 +249,7 @@ void QtSurface::Text_Out(int x, int y, std::string_view text, const Font_Rec& fo
 
 Text_Size QtSurface::Text_Extent(std::string_view text, const Font_Rec& font, double height_px,
                                  int weight) {
-  const QFont qf = Qt_Font(font, height_px, weight);
-  const QFontMetricsF fm(qf, painter_->device());
+  const QFontMetricsF& fm = *Font_For(font, height_px, weight).metrics;
   return {static_cast<int>(std::lround(fm.horizontalAdvance(Shown_Text(text, font)))),
           static_cast<int>(std::lround(fm.height()))};
 }

@@ -12,7 +12,9 @@
 #pragma once
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QImage>
+#include <memory>
 #include <QPainter>
 #include <QString>
 
@@ -68,6 +70,18 @@ class QtSurface : public Surface {
   bool Xor_Now() const { return op_ == Raster_Op::Xor && raster_; }
   void Use_Op();
   void Xor_Thin_Line(Point a, Point b);
+  // The Qt font and its metrics for a font record, kept while the same
+  // font is asked for again (the markup pen measures run after run).
+  struct Font_Entry {
+    Font_Rec font;
+    double height = 0;
+    int weight = 0;
+    QFont qt;
+    std::unique_ptr<QFontMetricsF> metrics;
+  };
+  const Font_Entry& Font_For(const Font_Rec& font, double height_px, int weight);
+  Font_Entry fonts_[4];
+  int next_font_ = 0;
 
   QImage* image_ = nullptr;
   QPainter own_painter_;
