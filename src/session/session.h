@@ -93,6 +93,7 @@ struct Session {
   int32_t LP_Back_Points = 4;  // b, leading points rebuilt backward, 1 <= b < 31
   int16_t LP_Stability = 1;  // nonzero: backward coefficients are stabilised too
   int16_t Acq_Mode = 0;  // 0 none, 1 single-converter correction wanted, 2 odd points negated
+  std::string Processed_At;  // local date and time of the last transform commit
 
   // ---- data kind ----
   int16_t Show_Magnitude = 0;  // Disp_Y holds sqrt(re^2 + im^2)
