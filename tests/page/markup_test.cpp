@@ -263,3 +263,44 @@ TEST(Markup, CheckFontFallsBackByCharset) {
 
 }  // namespace
 }  // namespace tevo::page
+
+namespace tevo::page {
+namespace {
+
+// Truncated escapes, stray bytes and random mixtures neither crash nor hang
+// any of the converters or the pen.
+TEST(Markup, BadInputIsHarmless) {
+  const std::vector<std::string> pieces = {
+      "\\", "\\'", "\\'8", "\\'82", "\\f:", "\\p:", "\\c:", "\\p", "\\c", "\\(", "\\(99999",
+      "\\+(", "\\=(", ",", ")", "(", "\\<", "\\>", "\\cr", "\\tb", "\xE6", "\xE6\x97", "日",
+      "\r", "\n", "\t", "{", "}", "\\rtf", "{\\rtf1", "\\fs", "\\fs-3", "\\u-4000?", "\\'ec",
+      "\\*", "{\\*", "{\\fonttbl", "\\f99", "\\cf7", "a", " ", ";", "\\i", "\\i1", "\\g1"};
+  RecordingSurface s;
+  Font_Rec f;
+  f.Face = "Arial";
+  f.Charset = Charset_Ansi;
+  unsigned seed = 12345;
+  for (int round = 0; round < 2000; ++round) {
+    std::string text = round % 3 == 0 ? "{\\rtf1" : round % 3 == 1 ? "\\< " : "";
+    const int n = 1 + static_cast<int>(seed % 12);
+    for (int k = 0; k < n; ++k) {
+      seed = seed * 1103515245u + 12345u;
+      text += pieces[(seed >> 8) % pieces.size()];
+    }
+    const std::string inner = To_Inner_Text(text);
+    Draw_Markup(s, -2, text, 0, 0, 30, 0, 40, 0, f, 1);
+    Measure_Markup(s, inner, f, 1);
+    Plain_To_Inner(text, Charset_Ansi);
+    Cut_To_Bytes(text, round % 7);
+    Cut_Right_To_Bytes(text, round % 7);
+    if (Is_Rtf(text)) {
+      Draw_Markup(s, 1, Rtf_To_Inner(text, f, 128), 0, 0, 0, 0, 0, 0, f, 1);
+      Rtf_Scale(text, 0.5);
+      Draw_Rtf(s, 1, 16, text, 0, 0, 0, f, 1);
+    }
+    s.Forget_Ops();
+  }
+}
+
+}  // namespace
+}  // namespace tevo::page
