@@ -461,29 +461,6 @@ Table Table_Of(const std::string& value) {
   return Table::None;
 }
 
-int Fail(Session& s, int error_number) {
-  Disk_Error_Text(s, error_number, "RDJ/DRW");
-  return -1;
-}
-
-int Refuse(Session& s, const std::string& text) {
-  s.ui->Beep();
-  Show_Message(s, text, Style_OK | Icon_Exclamation, "Dataエラー");
-  return 1;
-}
-
-int32_t Next_Power_Of_Two(int32_t n) {
-  int32_t p = 1;
-  while (p < n && p < (1 << 30)) p <<= 1;
-  return p;
-}
-
-std::string Observe_Text_Of(double mhz) {
-  char buf[64];
-  std::snprintf(buf, sizeof buf, "%.2f", std::floor(mhz * 20 + 0.5) / 20);
-  return buf;
-}
-
 }  // namespace
 
 Kind_Check RMJ(const std::string& path) {
@@ -539,7 +516,7 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
   try {
     int err = 0;
     auto bytes = Read_Whole_File(path, &err);
-    if (!bytes) return Fail(s, err);
+    if (!bytes) return Reader_Fail(s, err, "RDJ/DRW");
     Jcamp_State st;
     Table table = Table::None;
     bool seen_data = false, ended = false;
@@ -548,9 +525,9 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       if (Parse_Label(line, l)) {
         table = Table::None;
         if (l.name == "XYDATA" || l.name == "DATA TABLE") {
-          if (st.two_d) return Refuse(s, "2D Data !");
+          if (st.two_d) return Reader_Refuse(s, "2D Data !");
           table = Table_Of(l.value);
-          if (table == Table::None) return Refuse(s, "Dataが違います");
+          if (table == Table::None) return Reader_Refuse(s, "Dataが違います");
           seen_data = true;
           continue;
         }
@@ -565,12 +542,12 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       const std::string t = Trim(line);
       if (t.empty() || t.rfind("$$", 0) == 0) continue;
       Asdf_Decoder& dec = table == Table::Real ? st.real : st.imag;
-      if (dec.Add_Line(t) != 0) return Fail(s, 13);
+      if (dec.Add_Line(t) != 0) return Reader_Fail(s, 13, "RDJ/DRW");
     }
-    if (st.two_d) return Refuse(s, "2D Data !");
-    if (st.smode < 0 || !seen_data) return Refuse(s, "Dataが違います");
+    if (st.two_d) return Reader_Refuse(s, "2D Data !");
+    if (st.smode < 0 || !seen_data) return Reader_Refuse(s, "Dataが違います");
     // A file that stops before "##END=" was cut short (input past end).
-    if (!ended) return Fail(s, 62);
+    if (!ended) return Reader_Fail(s, 62, "RDJ/DRW");
 
     // Point count, factors and X ends of the two forms.
     const bool tuples = !st.symbols.empty();
@@ -596,8 +573,8 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       x_seconds = true;
     }
     if (n <= 0) n = static_cast<int32_t>(st.real.y.size());
-    if (n < 2 || n > Fft_Table_Size_Max) return Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
-    if (st.real.y.empty()) return Refuse(s, "Dataが違います");
+    if (n < 2 || n > Fft_Table_Size_Max) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+    if (st.real.y.empty()) return Reader_Refuse(s, "Dataが違います");
     if (re_factor == 0) re_factor = 1;
     if (im_factor == 0) im_factor = 1;
 
@@ -613,7 +590,7 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
     double observe = st.observe;
     if (observe <= 0 && st.have_block) observe = p.OBFRQ + p.OBSET * 1e-3 + p.OBFIN * 1e-6;
     if (st.smode == 1 && x_hz && observe <= 0)
-      return Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+      return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
 
     if (!st.title.empty()) p.COMNT = st.title;
     if (!st.date.empty()) p.DATIM = st.date;
@@ -670,9 +647,9 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       // A FID: the X step is the dwell time.
       double dwell = (last_x - first_x) / (n - 1);
       if (!x_seconds && st.delta_x != 0) dwell = st.delta_x;
-      if (!(dwell > 0)) return Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+      if (!(dwell > 0)) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
       const int32_t size = Next_Power_Of_Two(n);
-      if (size > Fft_Table_Size_Max) return Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+      if (size > Fft_Table_Size_Max) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
       p.FREQU = static_cast<float>(1.0 / dwell);
       p.ACQTM = static_cast<float>(n * dwell);
       p.POINT = size;
@@ -706,9 +683,9 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
     }
     return 0;
   } catch (const std::bad_alloc&) {
-    return Fail(s, 7);
+    return Reader_Fail(s, 7, "RDJ/DRW");
   } catch (const std::exception&) {
-    return Fail(s, 57);
+    return Reader_Fail(s, 57, "RDJ/DRW");
   }
 }
 

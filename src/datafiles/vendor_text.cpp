@@ -1,12 +1,17 @@
 #include "datafiles/vendor_text.h"
 
 #include <cctype>
+#include <cmath>
+#include <cstdio>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 
+#include "datafiles/text_lines.h"
+#include "platform/ui.h"
 #include "session/messages.h"
+#include "session/session.h"
 
 namespace tevo::datafiles {
 
@@ -28,15 +33,10 @@ std::optional<std::string> Read_Whole_File(const std::string& path, int* error) 
 
 std::vector<std::string> Split_Lines(std::string_view bytes) {
   std::vector<std::string> lines;
-  std::size_t start = 0;
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const char c = bytes[i];
-    if (c != '\r' && c != '\n') continue;
-    lines.emplace_back(bytes.substr(start, i - start));
-    if (c == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') ++i;
-    start = i + 1;
-  }
-  if (start < bytes.size()) lines.emplace_back(bytes.substr(start));
+  std::size_t pos = 0;
+  std::string line;
+  const Byte_View view = As_Bytes(bytes);
+  while (pos < view.size() && Read_Line_Any(view, pos, line)) lines.push_back(line);
   return lines;
 }
 
@@ -78,5 +78,30 @@ std::optional<double> Leading_Number(std::string_view text) {
 }
 
 double Val(std::string_view text) { return Leading_Number(text).value_or(0.0); }
+
+int32_t Next_Power_Of_Two(int32_t n) {
+  int32_t p = 1;
+  while (p < n && p < (1 << 30)) p <<= 1;
+  return p;
+}
+
+std::string Observe_Text_Of(double mhz) {
+  char buf[64];
+  std::snprintf(buf, sizeof buf, "%.2f", std::floor(mhz * 20 + 0.5) / 20);
+  return buf;
+}
+
+int Reader_Refuse(Session& s, const std::string& text) {
+  s.ui->Wait_Cursor(false);
+  s.ui->Beep();
+  Show_Message(s, text, Style_OK | Icon_Exclamation, "Dataエラー");
+  return 1;
+}
+
+int Reader_Fail(Session& s, int error_number, const std::string& location) {
+  s.ui->Wait_Cursor(false);
+  Disk_Error_Text(s, error_number, location);
+  return -1;
+}
 
 }  // namespace tevo::datafiles

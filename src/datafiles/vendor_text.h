@@ -9,14 +9,18 @@
 #include <string_view>
 #include <vector>
 
+namespace tevo {
+struct Session;
+}
+
 namespace tevo::datafiles {
 
 // The whole file as bytes; nullopt when it can't be opened or read.
 // `error` receives the program's error number (53 not found, 57 other I/O).
 std::optional<std::string> Read_Whole_File(const std::string& path, int* error = nullptr);
 
-// Splits the bytes into lines: CR, LF or CR LF end a line. The last line
-// counts even without an ending.
+// The lines of the whole text by Read_Line_Any: CR, LF or CR LF end a line,
+// leading control bytes and empty lines vanish.
 std::vector<std::string> Split_Lines(std::string_view bytes);
 
 std::string Trim(std::string_view text);
@@ -29,6 +33,19 @@ bool Starts_With_Ci(std::string_view text, std::string_view head);
 std::optional<double> Leading_Number(std::string_view text);
 // Leading_Number, or 0.
 double Val(std::string_view text);
+
+// The smallest power of two >= n (1 for n < 2).
+int32_t Next_Power_Of_Two(int32_t n);
+
+// The observe frequency rounded to 0.05 MHz as "0.00" text.
+std::string Observe_Text_Of(double mhz);
+
+// A reader's refusal: beep, the message under "Dataエラー", normal cursor;
+// returns 1.
+int Reader_Refuse(Session& s, const std::string& text);
+// A reader's run-time failure: the file error text with the location;
+// returns -1.
+int Reader_Fail(Session& s, int error_number, const std::string& location);
 
 // Round to nearest, ties to even.
 inline double Round_Even(double v) { return std::nearbyint(v); }

@@ -8,6 +8,7 @@
 #include "datafiles/jcamp.h"
 #include "platform/ui.h"
 #include "session/session.h"
+#include "datafiles/quiet_session.h"
 #include "support/test_support.h"
 
 namespace tevo::datafiles {
@@ -19,15 +20,7 @@ std::string Jcamp(const std::string& name) {
   return Test_Data_File("jcamp-data-test@0.2.1/data/" + name).string();
 }
 
-struct Quiet_Session {
-  platform::Scripted_Ui ui;
-  Session s;
-  Quiet_Session() {
-    ui.quiet = true;
-    s.ui = &ui;
-  }
-  std::string Last_Message() const { return ui.shown.empty() ? "" : ui.shown.back().text; }
-};
+using test::Quiet_Session;
 
 TEST(Jcamp, TokensOfEveryForm) {
   struct Case {

@@ -1,0 +1,604 @@
+// Bruker raw and processed data. The parameter readers fill a Bruker_Read;
+// the session is only changed once the data file decoded, so a refused or
+// broken data set leaves the former one in place.
+#include "datafiles/bruker.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <map>
+#include <stdexcept>
+
+#include "datafiles/decoders.h"
+#include "datafiles/nucleus.h"
+#include "datafiles/vendor_text.h"
+#include "platform/ui.h"
+#include "session/messages.h"
+#include "session/session.h"
+#include "session/text_encoding.h"
+
+namespace tevo::datafiles {
+
+namespace fs = std::filesystem;
+
+std::vector<Bruker_Label> Read_Bruker_Labels(const std::string& text) {
+  std::vector<Bruker_Label> out;
+  Bruker_Label* array = nullptr;  // the array label still taking numbers
+  for (const std::string& raw : Split_Lines(text)) {
+    const std::string line = Trim(raw);
+    if (line.rfind("##", 0) == 0) {
+      array = nullptr;
+      Bruker_Label l;
+      const std::size_t eq = line.find('=');
+      l.name = Upper(Trim(line.substr(2, eq == std::string::npos ? std::string::npos : eq - 2)));
+      std::string v = eq == std::string::npos ? std::string() : Trim(line.substr(eq + 1));
+      if (v.size() >= 2 && v.front() == '<' && v.back() == '>') v = v.substr(1, v.size() - 2);
+      l.value = v;
+      out.push_back(l);
+      // "(0..31)" announces the numbers on the following lines.
+      if (v.size() > 2 && v.front() == '(' && v.find("..") != std::string::npos &&
+          v.back() == ')')
+        array = &out.back();
+      continue;
+    }
+    if (line.rfind("$$", 0) == 0) {
+      array = nullptr;
+      out.push_back({"$$", Trim(line.substr(2)), {}});
+      continue;
+    }
+    if (!array) continue;
+    if (!line.empty() && line[0] == '<') continue;  // a list of names: kept as text
+    std::size_t pos = 0;
+    while (pos < line.size()) {
+      while (pos < line.size() && line[pos] == ' ') ++pos;
+      if (pos >= line.size()) break;
+      const std::size_t end = std::min(line.find(' ', pos), line.size());
+      const auto num = Leading_Number(line.substr(pos, end - pos));
+      if (!num) {
+        array->name = "ERROR:";
+        array = nullptr;
+        break;
+      }
+      array->list.push_back(*num);
+      pos = end;
+    }
+  }
+  return out;
+}
+
+namespace {
+
+int16_t Map_Acq_Mode(double aq_mod) {
+  const auto v = static_cast<int>(std::llround(aq_mod));
+  return v == 1 ? 0 : v == 2 ? 1 : 2;
+}
+
+bool Origin_Names_Vendor(const std::string& value) {
+  const std::string u = Upper(value);
+  return u.find("UXNMR") != std::string::npos || u.find("BRUKER") != std::string::npos ||
+         u.find("XWIN-NMR") != std::string::npos;
+}
+
+// The labels of a parameter file, or nullopt with the error number.
+std::optional<std::vector<Bruker_Label>> Load_Labels(const std::string& path, int* error) {
+  auto bytes = Read_Whole_File(path, error);
+  if (!bytes) return std::nullopt;
+  return Read_Bruker_Labels(*bytes);
+}
+
+std::string Date_Text_Of(double seconds) {
+  static const char* const months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+  const auto t = static_cast<std::time_t>(seconds);
+  std::tm tm{};
+  gmtime_r(&t, &tm);
+  char buf[64];
+  std::snprintf(buf, sizeof buf, "%04d/%s/%02d  %02d:%02d:%02d", tm.tm_year + 1900,
+                months[tm.tm_mon], tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec);
+  return buf;
+}
+
+bool Has_Point(const std::string& v) { return v.find('.') != std::string::npos; }
+
+// The labels shared by the raw and the processed read of acqu/acqus. With
+// `sizes` the size and axis labels are taken too.
+void Take_Acquisition_Label(Bruker_Read& r, const Bruker_Label& l, bool sizes) {
+  Data_Param& p = r.p;
+  const std::string& n = l.name;
+  const std::string& v = l.value;
+  if (n == "ORIGIN") {
+    if (Origin_Names_Vendor(v)) r.Origin_Ok = true;
+  } else if (n == "$PULPROG") p.EXMOD = v;
+  else if (n == "$PROBHD") r.Probe = v;
+  else if (n == "$GRDPROG") r.Gradient_Program = v;
+  else if (n == "$INSTRUM") p.Instrument_Name = v;
+  else if (n == "$DE") p.DELAY = static_cast<float>(Val(v));
+  else if (n == "$DS") p.DUMMY = static_cast<int32_t>(Val(v));
+  else if (n == "$FW") p.FILTR = static_cast<float>(Val(v));
+  else if (n == "$RO") p.CSPED = static_cast<float>(Val(v));
+  else if (n == "$NUC1") r.Nuc1 = Upper(v);
+  else if (n == "$NUCLEUS") r.Nucleus = Upper(v);
+  else if (n == "$P") {
+    r.P = l.list;
+    for (std::size_t i = 0; i < 5 && i < l.list.size(); ++i) p.PW[i] = static_cast<float>(l.list[i]);
+  } else if (n == "$D") {
+    r.D = l.list;
+    for (std::size_t i = 0; i < 5 && i + 1 < l.list.size(); ++i)
+      p.PI[i] = static_cast<float>(l.list[i + 1]);
+    if (p.PD == 0 && l.list.size() > 1) p.PD = static_cast<float>(l.list[1]);
+  } else if (n == "$CNST") r.Cnst = l.list;
+  else if (n == "$SOLVENT") p.SLVNT = v;
+  else if (n == "$DECNUC") p.IRNUC = v;
+  else if (n == "$RG") p.RGAIN = static_cast<int32_t>(Val(v));
+  else if (n == "$NS") p.SCANS = p.TIMES = static_cast<int32_t>(Val(v));
+  else if (n == "$TE") p.CTEMP = static_cast<float>(Val(v) - 273.15);
+  else if (n == "$DATE") {
+    if (Val(v) > 0) p.DATIM = Date_Text_Of(Val(v));
+  } else if (n == "$GRPDLY") {
+    if (Val(v) > 0) r.Group_Delay = Val(v);
+  } else if (n == "$DECIM") r.Decim = Val(v);
+  else if (n == "$DSPFVS") r.Dspfvs = Val(v);
+  else if (n == "$AQ_MOD") r.Acq_Mode = Map_Acq_Mode(Val(v));
+  else if (!sizes) return;
+  else if (n == "$BYTORDA") r.Byte_Order = static_cast<int16_t>(Val(v));
+  else if (n == "$BF1") p.OBFRQ = static_cast<float>(Val(v));
+  else if (n == "$SFO1") {
+    r.Observe_Frequency = Val(v);
+    p.OBSET = 0;
+    p.OBFIN = static_cast<float>(Val(v) * 1e6 - static_cast<double>(p.OBFRQ) * 1e6);
+  } else if (n == "$SW_H") p.FREQU = static_cast<float>(Val(v));
+  else if (n == "$TD") {
+    p.POINT = static_cast<int32_t>(Val(v));
+    r.Td = p.POINT;
+  } else if (n == "$YMAX_A" || n == "$YMIN_A") {
+    if (Has_Point(v)) r.Y_Has_Point = true;
+  }
+}
+
+int Take_Acquisition_File(Bruker_Read& r, const std::string& path, bool sizes) {
+  int err = 0;
+  auto labels = Load_Labels(path, &err);
+  if (!labels) return -1;
+  for (const Bruker_Label& l : *labels) {
+    if (l.name == "ERROR:") return -1;
+    Take_Acquisition_Label(r, l, sizes);
+  }
+  return 0;
+}
+
+Kind_Check Check_Labels(const std::string& path, const char* byte_order_label,
+                        int16_t* acq_mode) {
+  Kind_Check out;
+  int err = 0;
+  auto labels = Load_Labels(path, &err);
+  if (!labels) {
+    out.status = -1;
+    return out;
+  }
+  bool origin = false;
+  for (const Bruker_Label& l : *labels) {
+    if (l.name == "ORIGIN" && Origin_Names_Vendor(l.value)) origin = true;
+    else if (l.name == "$PULPROG") out.kind = l.value;
+    else if (l.name == "$AQ_MOD" && acq_mode) *acq_mode = Map_Acq_Mode(Val(l.value));
+  }
+  (void)byte_order_label;
+  out.status = origin ? 0 : 1;
+  return out;
+}
+
+// Decodes `count` numbers of the word format and byte order from offset 0.
+// Throws std::out_of_range when the file is shorter than that.
+std::vector<double> Decode_Words(const std::string& bytes, int32_t count, int16_t word_format,
+                                 int16_t byte_order) {
+  const Byte_View v = As_Bytes(bytes);
+  std::vector<double> out(static_cast<std::size_t>(count));
+  const bool big = byte_order == 1;
+  for (int32_t i = 0; i < count; ++i) {
+    const auto k = static_cast<std::size_t>(i);
+    switch (word_format) {
+      case 0:
+        out[k] = big ? Decode_BE_Int32(v, k * 4) : Decode_LE_Int32(v, k * 4);
+        break;
+      case 2:
+        out[k] = big ? Decode_BE_Float32(v, k * 4) : Decode_LE_Float32(v, k * 4);
+        break;
+      default:
+        out[k] = big ? Decode_BE_Float64(v, k * 8) : Decode_LE_Float64(v, k * 8);
+        break;
+    }
+  }
+  return out;
+}
+
+// The folder of a data file, or the path itself when it is a folder.
+fs::path Folder_Of(const std::string& path) {
+  const fs::path p(path);
+  std::error_code ec;
+  if (fs::is_directory(p, ec)) return p;
+  return p.parent_path();
+}
+
+// A file of the folder by name, trying the name as given and upper-cased.
+std::optional<fs::path> Find_File(const fs::path& folder, const std::string& name) {
+  std::error_code ec;
+  for (const std::string& n : {name, Upper(name)}) {
+    const fs::path p = folder / n;
+    if (fs::is_regular_file(p, ec)) return p;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+Kind_Check Check_Bruker_Acquisition(const std::string& path, int16_t* acq_mode) {
+  return Check_Labels(path, "$BYTORDA", acq_mode);
+}
+
+Kind_Check RMBP(const std::string& path) { return Check_Labels(path, "$BYTORDP", nullptr); }
+
+double Bruker_Group_Delay(double decim, double dspfvs) {
+  // Delays (points) of the vendor's digital filters by firmware version and
+  // decimation factor, as published with the format.
+  static const std::map<int, std::map<int, double>> table = {
+      {10, {{2, 44.75},     {3, 33.5},       {4, 66.625},     {6, 59.083333333},
+            {8, 68.5625},   {12, 60.375},    {16, 69.53125},  {24, 61.020833333},
+            {32, 70.015625}, {48, 61.34375}, {64, 70.2578125}, {96, 61.505208333},
+            {128, 70.37890625}, {192, 61.5859375}, {256, 70.439453125},
+            {384, 61.626302083}, {512, 70.4697265625}, {768, 61.646484375},
+            {1024, 70.48486328125}, {1536, 61.656575521}, {2048, 70.492431640625}}},
+      {11, {{2, 46},  {3, 36.5},  {4, 48},  {6, 50.166666667}, {8, 53.25}, {12, 69.5},
+            {16, 72.25}, {24, 70.166666667}, {32, 72.75}, {48, 70.5}, {64, 73},
+            {96, 70.666666667}, {128, 72.5}, {192, 71.333333333}, {256, 72.25},
+            {384, 71.666666667}, {512, 72.125}, {768, 71.833333333}, {1024, 72.0625},
+            {1536, 71.916666667}, {2048, 72.03125}}},
+      {12, {{2, 46},  {3, 36.5},  {4, 48},  {6, 50.166666667}, {8, 53.25}, {12, 69.5},
+            {16, 71.625}, {24, 70.166666667}, {32, 72.125}, {48, 70.5}, {64, 72.375},
+            {96, 70.666666667}, {128, 72.5}, {192, 71.333333333}, {256, 72.25},
+            {384, 71.666666667}, {512, 72.125}, {768, 71.833333333}, {1024, 72.0625},
+            {1536, 71.916666667}, {2048, 72.03125}}},
+      {13, {{2, 2.75}, {3, 2.833333333}, {4, 2.875}, {6, 2.916666667}, {8, 2.9375},
+            {12, 2.958333333}, {16, 2.96875}, {24, 2.979166667}, {32, 2.984375},
+            {48, 2.989583333}, {64, 2.9921875}, {96, 2.994791667}}},
+  };
+  const auto v = table.find(static_cast<int>(std::llround(dspfvs)));
+  if (v == table.end()) return 0;
+  const auto d = v->second.find(static_cast<int>(std::llround(decim)));
+  return d == v->second.end() ? 0 : d->second;
+}
+
+int RPBru(Bruker_Read& r, const std::string& path) {
+  if (Take_Acquisition_File(r, path, true) != 0) return -1;
+  Data_Param& p = r.p;
+  p.SMODE = 0;
+  if (p.POINT < 10 || r.Observe_Frequency == 0 || p.FREQU <= 0 || p.POINT / 2 > 524288 ||
+      !r.Origin_Ok)
+    return 1;
+  r.Spectrum_Frequency = r.Observe_Frequency;
+  p.ACQTM = static_cast<float>(p.POINT / 2 / static_cast<double>(p.FREQU));
+  r.Fid_Points = p.POINT / 2;
+  p.POINT = Next_Power_Of_Two(r.Fid_Points);
+  p.RESOL = p.FREQU / static_cast<float>(p.POINT);
+  p.OBNUC = r.Nuc1 == "OFF" ? r.Nucleus : r.Nuc1;
+  p.TR = 0;
+  if (r.Group_Delay <= 0) r.Group_Delay = Bruker_Group_Delay(r.Decim, r.Dspfvs);
+  return 0;
+}
+
+int RPBruA(Bruker_Read& r, const std::string& path) {
+  return Take_Acquisition_File(r, path, false);
+}
+
+int RPBruP(Bruker_Read& r, const std::string& path) {
+  int err = 0;
+  auto labels = Load_Labels(path, &err);
+  if (!labels) return -1;
+  Data_Param& p = r.p;
+  for (const Bruker_Label& l : *labels) {
+    const std::string& n = l.name;
+    const std::string& v = l.value;
+    if (n == "ERROR:") return -1;
+    if (n == "ORIGIN") {
+      if (Origin_Names_Vendor(v)) r.Origin_Ok = true;
+    } else if (n == "$BYTORDP") r.Byte_Order = static_cast<int16_t>(Val(v));
+    else if (n == "$SF") r.Spectrum_Frequency = Val(v);
+    else if (n == "$SW_P") p.FREQU = static_cast<float>(Val(v));
+    else if (n == "$SI") {
+      p.POINT = static_cast<int32_t>(Val(v));
+      r.Td = p.POINT;
+    } else if (n == "$OFFSET") p.SMEXR = static_cast<float>(Val(v));
+    else if (n == "$YMAX_P" || n == "$YMIN_P") {
+      if (Has_Point(v)) r.Y_Has_Point = true;
+    } else if (n == "$WDW") {
+      static const int16_t kinds[] = {0, 3, 1, 2};
+      const int w = static_cast<int>(Val(v));
+      if (w >= 0 && w <= 3) r.Window_Code = kinds[w];
+    } else if (n == "$$" && p.DATIM.empty() && v.size() > 1) {
+      p.DATIM = Trim(v);
+    }
+  }
+  p.SMODE = 1;
+  r.Observe_Frequency = (static_cast<double>(p.SMEXR) * r.Spectrum_Frequency - p.FREQU / 2.0) * 1e-6 +
+                        r.Spectrum_Frequency;
+  p.OBFRQ = static_cast<float>(r.Observe_Frequency) - 0.01f;
+  p.OBSET = 0;
+  p.OBFIN = static_cast<float>(r.Observe_Frequency * 1e6 - static_cast<double>(p.OBFRQ) * 1e6);
+  if (p.POINT < 10 || r.Observe_Frequency == 0 || p.FREQU == 0 || p.POINT > 524288 ||
+      !r.Origin_Ok)
+    return 1;
+  p.ACQTM = p.FREQU > 0 ? static_cast<float>(p.POINT / static_cast<double>(p.FREQU)) : 0.0f;
+  p.SMTMS = static_cast<float>(p.POINT - 1);
+  p.RESOL = p.FREQU / static_cast<float>(p.POINT);
+  p.OBNUC.clear();
+  return 0;
+}
+
+int Read_Parm_Text(Bruker_Read& r, const std::string& path) {
+  int err = 0;
+  auto bytes = Read_Whole_File(path, &err);
+  if (!bytes) return -1;
+  Data_Param& p = r.p;
+  for (const std::string& raw : Split_Lines(*bytes)) {
+    const std::string line = Trim(raw);
+    const std::size_t sp = line.find_first_of(" \t");
+    if (sp == std::string::npos) continue;
+    const std::string key = Upper(line.substr(0, sp));
+    const std::string v = Trim(line.substr(sp));
+    if (key == "PULPROG") p.EXMOD = v;
+    else if (key == "PROBHD") r.Probe = v;
+    else if (key == "GRDPROG") r.Gradient_Program = v;
+    else if (key == "AQ") p.ACQTM = static_cast<float>(Val(v));
+    else if (key == "INSTRUM") p.Instrument_Name = v;
+    else if (key == "WDW") {
+      const std::string w = Upper(v);
+      if (w == "EM") r.Window_Code = 0;
+      else if (w == "SINE") r.Window_Code = 1;
+      else if (w == "QSINE") r.Window_Code = 2;
+      else if (w == "GAUSS" || w == "GM") r.Window_Code = 3;
+    } else if (key == "NS") p.SCANS = p.TIMES = static_cast<int32_t>(Val(v));
+    else if (key == "DS") p.DUMMY = static_cast<int32_t>(Val(v));
+    else if (key == "RG") p.RGAIN = static_cast<int32_t>(Val(v));
+    else if (key == "SOLVENT") p.SLVNT = v;
+    else if (key == "NUC1") r.Nuc1 = Upper(v);
+    else if (key == "NUCLEUS") r.Nucleus = Upper(v);
+    else if (key == "TE") p.CTEMP = static_cast<float>(Val(v) - 273.15);
+    else if (key == "P0") p.PW[0] = static_cast<float>(Val(v));
+    else if (key == "D1") p.PD = static_cast<float>(Val(v));
+  }
+  return 0;
+}
+
+int Read_Title(const std::string& path, std::string& comment) {
+  auto bytes = Read_Whole_File(path);
+  if (!bytes) return -1;
+  std::string out;
+  int taken = 0;
+  for (const std::string& raw : Split_Lines(*bytes)) {
+    const std::string line = Trim(raw);
+    if (line.empty()) continue;
+    if (!out.empty()) out += ' ';
+    out += Sjis_To_Utf8(line);
+    if (++taken == 3) break;
+  }
+  comment = out;
+  return 0;
+}
+
+int16_t Decide_Word_Format(Session& s, std::size_t length, int32_t td, bool y_has_point, bool ask) {
+  if (td > 0 && length / static_cast<std::size_t>(td) == 8) return 3;
+  if (y_has_point && ask) {
+    const int c = s.ui->Choose("データ形式", "データの数値形式を選んでください",
+                               {"SINGLE", "DOUBLE", "INTEGER"}, 0);
+    return c == 0 ? 2 : c == 1 ? 3 : 0;
+  }
+  return 0;
+}
+
+namespace {
+
+// The nucleus spelling of the open: OBNUC and IRNUC through the table.
+void Settle_Nuclei(Session& s, Data_Param& p) {
+  const Nucleus_Name ob = Normalize_Nucleus(p.OBNUC, s.Nuclei);
+  p.OBNUC = ob.text;
+  if (!p.IRNUC.empty()) p.IRNUC = Normalize_Nucleus(p.IRNUC, s.Nuclei).text;
+}
+
+// The single-converter question; false when the operator cancels.
+bool Ask_Single_Converter(Session& s, int16_t& acq_mode) {
+  const int c = s.ui->Choose(
+      "Bruker補正",
+      "BrukerのQD検出システムで,Single AD コンバーターモードで測定したときは特別な補正フーリエ変換"
+      "が必要です。測定モードにより選んでください。通常は自動設定ですので変更しないでください。",
+      {"Single AD-Converter", "Dual AD-Converter"}, 0);
+  if (c < 0) return false;
+  acq_mode = c == 0 ? 1 : 0;
+  return true;
+}
+
+}  // namespace
+
+int Read_Bruker_Fid(Session& s, const std::string& path) {
+  try {
+    s.ui->Wait_Cursor(true);
+    const fs::path folder = Folder_Of(path);
+    Bruker_Read r;
+    const auto acqus = Find_File(folder, "acqus");
+    if (!acqus) {
+      s.ui->Wait_Cursor(false);
+      return 1;
+    }
+    // acqu first, so that the values of acqus stand.
+    if (const auto acqu = Find_File(folder, "acqu"))
+      if (RPBru(r, acqu->string()) < 0) return Reader_Fail(s, 57, "RPBru/DRW");
+    const int st = RPBru(r, acqus->string());
+    if (st < 0) return Reader_Fail(s, 57, "RPBru/DRW");
+    if (st > 0) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+
+    const auto fid = Find_File(folder, "fid");
+    if (!fid) return Reader_Fail(s, 53, "RPBru/DRW");
+    int err = 0;
+    auto bytes = Read_Whole_File(fid->string(), &err);
+    if (!bytes) return Reader_Fail(s, err, "RPBru/DRW");
+    const int16_t word = Decide_Word_Format(s, bytes->size(), r.Td, r.Y_Has_Point, true);
+    const int32_t n = r.Fid_Points;
+    std::vector<double> v = Decode_Words(*bytes, 2 * n, word, r.Byte_Order);
+
+    // Real and negated imaginary part: the conjugate gives the spectrum its
+    // right sense with the program's transform.
+    std::vector<float> re(static_cast<std::size_t>(n)), im(static_cast<std::size_t>(n));
+    for (int32_t k = 0; k < n; ++k) {
+      re[static_cast<std::size_t>(k)] = static_cast<float>(v[2 * static_cast<std::size_t>(k)]);
+      im[static_cast<std::size_t>(k)] = static_cast<float>(-v[2 * static_cast<std::size_t>(k) + 1]);
+    }
+    // DC offset: the means over the last 40 % of the points.
+    const auto tail = static_cast<int32_t>(n * 0.4);
+    if (tail > 0) {
+      double sr = 0, si = 0;
+      for (int32_t k = n - tail; k < n; ++k) {
+        sr += re[static_cast<std::size_t>(k)];
+        si += im[static_cast<std::size_t>(k)];
+      }
+      const double mr = sr / tail, mi = si / tail;
+      for (int32_t k = 0; k < n; ++k) {
+        re[static_cast<std::size_t>(k)] = static_cast<float>(re[static_cast<std::size_t>(k)] - mr);
+        im[static_cast<std::size_t>(k)] = static_cast<float>(im[static_cast<std::size_t>(k)] - mi);
+      }
+    }
+
+    int16_t acq_mode = r.Acq_Mode;
+    if (acq_mode == 1 && !Ask_Single_Converter(s, acq_mode)) {
+      s.ui->Wait_Cursor(false);
+      return 1;
+    }
+
+    // Commit.
+    Data_Param p = r.p;
+    Settle_Nuclei(s, p);
+    p.Data_File = fid->string();
+    p.Observe_Text = Observe_Text_Of(r.Observe_Frequency);
+    const int32_t size = p.POINT;
+    s.Array_Rows = 1;
+    s.Array_Row = 0;
+    Alloc_Point_Arrays(s, size);
+    s.Spec_Points = size;
+    s.Base_Point_Count = size;
+    s.Fid_Points = n;
+    for (int32_t k = 0; k < n; ++k) {
+      s.Fid_Re(static_cast<std::size_t>(k)) = re[static_cast<std::size_t>(k)];
+      s.Fid_Im(static_cast<std::size_t>(k)) = im[static_cast<std::size_t>(k)];
+    }
+    s.Spec_Axis.assign(static_cast<std::size_t>(size), 0.0f);
+    s.Param = p;
+    s.Observe_Frequency = r.Observe_Frequency;
+    s.Spectrum_Frequency = r.Spectrum_Frequency;
+    s.Acq_Mode = acq_mode;
+    s.Fid_Format_Class = 1;
+    s.Fid_Shift_Preset = r.Group_Delay > 0 ? static_cast<int32_t>(std::nearbyint(r.Group_Delay)) : -1;
+    s.Is_Fid = 1;
+    s.Is_Spectrum = 0;
+    s.ui->Wait_Cursor(false);
+    return 0;
+  } catch (const std::out_of_range&) {
+    return Reader_Fail(s, 62, "RPBru/DRW");
+  } catch (const std::bad_alloc&) {
+    return Reader_Fail(s, 7, "RPBru/DRW");
+  } catch (const std::exception&) {
+    return Reader_Fail(s, 57, "RPBru/DRW");
+  }
+}
+
+int Read_Bruker_Spectrum(Session& s, const std::string& path) {
+  try {
+    s.ui->Wait_Cursor(true);
+    fs::path folder = Folder_Of(path);
+    // An experiment folder: the processed data sit in pdata/N; the lowest N
+    // that holds a "1r" is taken.
+    if (!Find_File(folder, "procs") && fs::is_directory(folder / "pdata")) {
+      std::vector<int> numbers;
+      for (const auto& e : fs::directory_iterator(folder / "pdata")) {
+        const std::string name = e.path().filename().string();
+        if (!name.empty() && name.find_first_not_of("0123456789") == std::string::npos &&
+            Find_File(e.path(), "1r"))
+          numbers.push_back(std::stoi(name));
+      }
+      if (numbers.empty()) return Reader_Refuse(s, "Dataが違います");
+      folder = folder / "pdata" / std::to_string(*std::min_element(numbers.begin(), numbers.end()));
+    }
+    Bruker_Read r;
+    const auto procs = Find_File(folder, "procs");
+    if (!procs) {
+      s.ui->Wait_Cursor(false);
+      return 1;
+    }
+    const int st = RPBruP(r, procs->string());
+    if (st < 0) return Reader_Fail(s, 57, "RPBruP/DRW");
+    if (st > 0) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+    // acqu then acqus, here or one and two folders up.
+    for (const fs::path& up : {folder, folder.parent_path(), folder.parent_path().parent_path()}) {
+      const auto acqus = Find_File(up, "acqus");
+      if (!acqus) continue;
+      if (const auto acqu = Find_File(up, "acqu"))
+        if (RPBruA(r, acqu->string()) < 0) return Reader_Fail(s, 57, "RPBruA/DRW");
+      if (RPBruA(r, acqus->string()) < 0) return Reader_Fail(s, 57, "RPBruA/DRW");
+      break;
+    }
+    if (const auto parm = Find_File(folder, "parm.txt")) Read_Parm_Text(r, parm->string());
+    if (const auto title = Find_File(folder, "title")) Read_Title(title->string(), r.p.COMNT);
+    r.p.OBNUC = r.Nuc1.empty() || r.Nuc1 == "OFF" ? r.Nucleus : r.Nuc1;
+
+    const auto f1r = Find_File(folder, "1r");
+    if (!f1r) return Reader_Fail(s, 53, "RPBruP/DRW");
+    int err = 0;
+    auto bytes = Read_Whole_File(f1r->string(), &err);
+    if (!bytes) return Reader_Fail(s, err, "RPBruP/DRW");
+    const int32_t n = r.p.POINT;
+    const int16_t word = Decide_Word_Format(s, bytes->size(), r.Td, r.Y_Has_Point, r.p.LOOP[3] == 0);
+    const std::vector<double> vr = Decode_Words(*bytes, n, word, r.Byte_Order);
+    std::vector<double> vi;
+    auto f1i = Find_File(folder, "1i");
+    if (f1i) {
+      auto ib = Read_Whole_File(f1i->string(), &err);
+      if (!ib) return Reader_Fail(s, err, "RPBruP/DRW");
+      vi = Decode_Words(*ib, n, word, r.Byte_Order);
+    }
+
+    Data_Param p = r.p;
+    Settle_Nuclei(s, p);
+    p.Data_File = f1r->string();
+    p.Observe_Text = Observe_Text_Of(r.Observe_Frequency);
+    s.Array_Rows = 1;
+    s.Array_Row = 0;
+    Alloc_Point_Arrays(s, n);
+    s.Spec_Points = n;
+    s.Base_Point_Count = n;
+    s.Fid_Points = n;
+    s.Spec_Axis.assign(static_cast<std::size_t>(n), 0.0f);
+    // File point i goes to N - 1 - i, so the index ascends in ppm.
+    for (int32_t i = 0; i < n; ++i) {
+      const auto k = static_cast<std::size_t>(n - 1 - i);
+      s.Ft_Re(k) = s.Spec_Re(k) = static_cast<float>(vr[static_cast<std::size_t>(i)]);
+      s.Ft_Im(k) = s.Spec_Im(k) = vi.empty() ? 0.0f : static_cast<float>(vi[static_cast<std::size_t>(i)]);
+    }
+    for (int32_t i = 0; i < n; ++i)
+      s.Spec_Axis[static_cast<std::size_t>(i)] =
+          static_cast<float>((i - static_cast<double>(p.SMTMS)) * p.RESOL / r.Spectrum_Frequency + p.SMEXR);
+    s.Param = p;
+    s.Observe_Frequency = r.Observe_Frequency;
+    s.Spectrum_Frequency = r.Spectrum_Frequency;
+    s.Acq_Mode = 0;
+    s.Is_Fid = 0;
+    s.Is_Spectrum = 1;
+    Update_Scale_Values(s);
+    s.ui->Wait_Cursor(false);
+    return 0;
+  } catch (const std::out_of_range&) {
+    return Reader_Fail(s, 62, "RPBruP/DRW");
+  } catch (const std::bad_alloc&) {
+    return Reader_Fail(s, 7, "RPBruP/DRW");
+  } catch (const std::exception&) {
+    return Reader_Fail(s, 57, "RPBruP/DRW");
+  }
+}
+
+}  // namespace tevo::datafiles

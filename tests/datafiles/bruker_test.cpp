@@ -1,0 +1,319 @@
+// Bruker folders: the real experiments of the bruker data package (unpacked
+// by scripts/fetch-testdata), byte-built folders for the word format rules,
+// and damaged copies.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+
+#include "datafiles/bruker.h"
+#include "datafiles/decoders.h"
+#include "platform/ui.h"
+#include "session/session.h"
+#include "signal/fft.h"
+#include "datafiles/quiet_session.h"
+#include "support/test_support.h"
+
+namespace tevo::datafiles {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Bruker(const std::string& rel) {
+  return test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/" + rel).string();
+}
+
+using test::Quiet_Session;
+
+struct Expected_Fid {
+  std::string folder;
+  double sfo1, sw_h;
+  int32_t td;
+  std::string solvent;
+  int16_t acq_mode;  // ##$AQ_MOD 1 -> 0, 3 -> 2
+  int32_t preset;  // rounded digital filter delay
+  // Fid_Re/Fid_Im at points 0, 80, 100 and 1000: the file's numbers decoded
+  // separately, the odd ones negated, less the means over the last 40 %.
+  std::array<std::pair<double, double>, 4> points;
+};
+
+TEST(Bruker, RealFidsOpenWithTheirAcquisitionParameters) {
+  const std::vector<Expected_Fid> fids = {
+      {"aspirin-1h/1", 300.132250975, 4789.27203065134, 16384, "CDCl3", 0, 61,
+       {{{621.4847, 793.5894}, {625967.4847, -104728.4106}, {-334931.5153, -46864.4106},
+         {172084.4847, 127751.5894}}}},
+      {"naphtoicAcid-1h/1", 500.13750195, 17482.5174825175, 16384, "Acetone", 2, 53,
+       {{{3.6355, 3.3748}, {138169.6355, -65037.6252}, {-38283.3645, 280653.3748},
+         {71298.6355, -48525.6252}}}},
+      {"cyclosporin_1h/cyclosporin_1h/1", 500.132249206, 5494.50549450549, 65536, "C6D6", 2, 76,
+       {{{-2.3515, -0.4617}, {1652655.6485, 670148.5383}, {-89616.3515, -615710.4617},
+         {36223.6485, -191496.4617}}}},
+  };
+  for (const Expected_Fid& e : fids) {
+    SCOPED_TRACE(e.folder);
+    int16_t acq_mode = -1;
+    const Kind_Check k = Check_Bruker_Acquisition(Bruker(e.folder + "/acqus"), &acq_mode);
+    EXPECT_EQ(k.status, 0);
+    EXPECT_EQ(k.kind, "zg30");
+    EXPECT_EQ(acq_mode, e.acq_mode);
+    Quiet_Session q;
+    ASSERT_EQ(Read_Bruker_Fid(q.s, Bruker(e.folder + "/fid")), 0);
+    EXPECT_TRUE(q.ui.shown.empty());
+    EXPECT_DOUBLE_EQ(q.s.Observe_Frequency, e.sfo1);
+    EXPECT_FLOAT_EQ(q.s.Param.FREQU, static_cast<float>(e.sw_h));
+    EXPECT_EQ(q.s.Fid_Points, e.td / 2);
+    EXPECT_EQ(q.s.Spec_Points, e.td / 2);
+    EXPECT_EQ(q.s.Param.OBNUC, "1H");
+    EXPECT_EQ(q.s.Param.SLVNT, e.solvent);
+    EXPECT_EQ(q.s.Param.EXMOD, "zg30");
+    EXPECT_EQ(q.s.Param.SMODE, 0);
+    EXPECT_EQ(q.s.Is_Fid, 1);
+    EXPECT_EQ(q.s.Acq_Mode, e.acq_mode);
+    EXPECT_EQ(q.s.Fid_Shift_Preset, e.preset);
+    EXPECT_NEAR(q.s.Param.ACQTM, e.td / 2 / e.sw_h, 1e-5);
+    const int idx[] = {0, 80, 100, 1000};
+    for (int i = 0; i < 4; ++i) {
+      EXPECT_NEAR(q.s.Fid_Re(idx[i]), e.points[i].first, 0.05) << idx[i];
+      EXPECT_NEAR(q.s.Fid_Im(idx[i]), e.points[i].second, 0.05) << idx[i];
+    }
+  }
+  // The date of acqus (##$DATE= 1138699492) in UTC, and ##$TE= 298.
+  Quiet_Session q;
+  ASSERT_EQ(Read_Bruker_Fid(q.s, Bruker("aspirin-1h/1")), 0);
+  EXPECT_EQ(q.s.Param.DATIM, "2006/Jan/31  09:24:52");
+  EXPECT_NEAR(q.s.Param.CTEMP, 24.85f, 1e-4f);
+  EXPECT_EQ(q.s.Param.SCANS, 32);
+  EXPECT_FLOAT_EQ(q.s.Param.PD, 1.2f);
+  EXPECT_EQ(Bruker_Group_Delay(24, 10), 61.020833333);
+  EXPECT_EQ(Bruker_Group_Delay(24, 99), 0);
+}
+
+TEST(Bruker, ProcessedSpectraOpenWithTheAxisOfProcs) {
+  struct Expected {
+    std::string folder;
+    double offset, sw_p, sf;
+    float ymax, ymin;  // ##$YMAX_P, ##$YMIN_P
+    float file_first, file_last;  // first and last int32 of 1r
+    std::string title;
+  };
+  const std::vector<Expected> spectra = {
+      {"aspirin-1h-processed/1", 15.47866, 4789.27203065133, 300.13, 440597001.f, -43221.f,
+       -1896.f, -114.f, ""},
+      {"cyclosporin_1h/cyclosporin_1h/1", 9.99032, 5494.5054945055, 500.13, 455613096.f,
+       -4469335.f, -713129.f, -975781.f, "1H Cyclosporin"},
+  };
+  for (const Expected& e : spectra) {
+    SCOPED_TRACE(e.folder);
+    EXPECT_EQ(RMBP(Bruker(e.folder + "/pdata/1/procs")).status, 0);
+    // Both the experiment folder (pdata/N search) and the 1r file open it.
+    for (const std::string& path : {Bruker(e.folder), Bruker(e.folder + "/pdata/1/1r")}) {
+      Quiet_Session q;
+      ASSERT_EQ(Read_Bruker_Spectrum(q.s, path), 0);
+      const int32_t n = 32768;
+      ASSERT_EQ(q.s.Spec_Points, n);
+      EXPECT_EQ(q.s.Is_Spectrum, 1);
+      EXPECT_EQ(q.s.Param.SMODE, 1);
+      EXPECT_EQ(q.s.Param.OBNUC, "1H");
+      EXPECT_DOUBLE_EQ(q.s.Spectrum_Frequency, e.sf);
+      EXPECT_NEAR(q.s.Spec_Axis[n - 1], e.offset, 1e-5);
+      EXPECT_NEAR(q.s.Spec_Axis[0], e.offset - (n - 1) * e.sw_p / n / e.sf, 1e-5);
+      EXPECT_NEAR(q.s.Observe_Frequency, (e.offset * e.sf - e.sw_p / 2) * 1e-6 + e.sf, 1e-9);
+      // The file runs from high to low ppm: its first point is the top index.
+      EXPECT_EQ(q.s.Spec_Re(n - 1), e.file_first);
+      EXPECT_EQ(q.s.Spec_Re(0), e.file_last);
+      const auto* re = &q.s.Spec_Re(0);
+      EXPECT_EQ(*std::max_element(re, re + n), e.ymax);
+      EXPECT_EQ(*std::min_element(re, re + n), e.ymin);
+      EXPECT_NE(q.s.Spec_Im(n - 1), 0.0f);
+      if (!e.title.empty()) EXPECT_EQ(q.s.Param.COMNT, e.title);
+    }
+  }
+}
+
+// Spectrum of a FID row by the program's transform with an exponential
+// window of 0.3 Hz and the given left shift; magnitude per point.
+std::vector<double> Magnitude_Spectrum(const Session& s, bool negate_odd_real) {
+  const int32_t n = s.Spec_Points;
+  std::vector<float> re(n), im(n), w(n), ore(n), oim(n);
+  for (int32_t i = 0; i < n; ++i) {
+    re[i] = s.Fid_Re(i) * (negate_odd_real && (i & 1) ? -1.0f : 1.0f);
+    im[i] = s.Fid_Im(i);
+    w[i] = static_cast<float>(std::exp(-M_PI * 0.3 * i / s.Param.FREQU));
+  }
+  signal::Spectrum_Transform(re.data(), im.data(), w.data(), ore.data(), oim.data(), n,
+                             s.Fid_Shift_Preset);
+  std::vector<double> mag(n);
+  for (int32_t i = 0; i < n; ++i) mag[i] = std::hypot(ore[i], oim[i]);
+  return mag;
+}
+
+TEST(Bruker, ModernQuadratureDataNeedNoOddPointNegation) {
+  // ##$AQ_MOD= 3 (cyclosporin): the FID read as it stands puts every one of
+  // the ten strongest peaks of the vendor's own 1r within two points at full
+  // height. Negating every odd real point halves them (half of each line
+  // moves half a sweep width away), so the reader negates nothing.
+  Quiet_Session fid, spec;
+  ASSERT_EQ(Read_Bruker_Fid(fid.s, Bruker("cyclosporin_1h/cyclosporin_1h/1")), 0);
+  ASSERT_EQ(Read_Bruker_Spectrum(spec.s, Bruker("cyclosporin_1h/cyclosporin_1h/1/pdata/1/1r")), 0);
+  ASSERT_EQ(fid.s.Acq_Mode, 2);
+  const std::vector<double> plain = Magnitude_Spectrum(fid.s, false);
+  const std::vector<double> negated = Magnitude_Spectrum(fid.s, true);
+  const int32_t n = fid.s.Spec_Points, m = spec.s.Spec_Points;
+  std::vector<int32_t> tops;
+  for (int32_t i = 1; i + 1 < m; ++i)
+    if (spec.s.Spec_Re(i) > spec.s.Spec_Re(i - 1) && spec.s.Spec_Re(i) >= spec.s.Spec_Re(i + 1))
+      tops.push_back(i);
+  std::partial_sort(tops.begin(), tops.begin() + 10, tops.end(),
+                    [&](int32_t a, int32_t b) { return spec.s.Spec_Re(a) > spec.s.Spec_Re(b); });
+  const double hz_per_point = fid.s.Param.FREQU / n;
+  for (int k = 0; k < 10; ++k) {
+    // Absolute frequency of the vendor's peak, then the FID spectrum's point
+    // of that frequency (zero offset from SFO1 sits at n/2 - 1).
+    const double hz = spec.s.Spectrum_Frequency * 1e6 * (1 + spec.s.Spec_Axis[tops[k]] * 1e-6);
+    const double at = (hz - fid.s.Observe_Frequency * 1e6) / hz_per_point + (n / 2 - 1);
+    const auto j = static_cast<int32_t>(std::lround(at));
+    int32_t best = j;
+    for (int32_t d = -2; d <= 2; ++d)
+      if (plain[j + d] > plain[best]) best = j + d;
+    EXPECT_LE(std::abs(best - j), 2) << k;
+    EXPECT_GT(plain[best], 1.8 * negated[best]) << k;
+  }
+}
+
+// A byte-built experiment folder: acqus text and a fid of the given bytes.
+void Write_Experiment(const fs::path& dir, const std::string& extra_labels,
+                      const std::vector<uint8_t>& fid, int32_t td) {
+  fs::create_directories(dir);
+  test::Write_Text(dir / "acqus",
+                   "##TITLE= Parameter file\n##ORIGIN= Bruker BioSpin GmbH\n"
+                   "##$SFO1= 400.13\n##$BF1= 400.13\n##$SW_h= 8000\n##$TD= " +
+                       std::to_string(td) + "\n##$NUC1= <1H>\n##$NUCLEUS= <off>\n" +
+                       extra_labels + "##END=\n");
+  test::Write_Bytes(dir / "fid", fid);
+}
+
+TEST(Bruker, WordFormatByteOrderAndLabelRules) {
+  test::Temp_Dir dir;
+  const int32_t td = 64;
+  // real32, little-endian, with a decimal point in ##$YMAX_a: asks, the
+  // operator says SINGLE.
+  {
+    std::vector<uint8_t> b;
+    for (int i = 0; i < td; ++i) Append_LE_Float32(b, i % 2 ? -0.5f * i : 1.5f * i);
+    Write_Experiment(dir / "f32", "##$BYTORDA= 0\n##$YMAX_a= 1.0e6\n##$AQ_mod= 3\n", b, td);
+    Quiet_Session q;
+    q.ui.choice_answers.push_back(0);
+    ASSERT_EQ(Read_Bruker_Fid(q.s, (dir / "f32").string()), 0);
+    EXPECT_TRUE(q.ui.choice_answers.empty());  // the question was asked
+    // Point 10: re 15, im -(-5.5) = 5.5, less the tail means.
+    double mr = 0, mi = 0;
+    for (int k = 20; k < 32; ++k) {
+      mr += 1.5 * 2 * k;
+      mi += 0.5 * (2 * k + 1);
+    }
+    mr /= 12;
+    mi /= 12;
+    EXPECT_NEAR(q.s.Fid_Re(10), 30 - mr, 1e-4);
+    EXPECT_NEAR(q.s.Fid_Im(10), 10.5 - mi, 1e-4);
+  }
+  // int32 big-endian with integer limits: no question; NUC1 off takes NUCLEUS.
+  {
+    std::vector<uint8_t> b;
+    for (int i = 0; i < td; ++i) Append_BE_Int32(b, i == 0 ? -7 : 1000 + i);
+    Write_Experiment(dir / "i32",
+                     "##$BYTORDA= 1\n##$YMAX_a= 1000000\n##$TE= 300\n##$GRPDLY= 67.98\n"
+                     "##$DECIM= 24\n##$DSPFVS= 10\n",
+                     b, td);
+    Quiet_Session q;
+    q.ui.choice_answers.push_back(1);
+    ASSERT_EQ(Read_Bruker_Fid(q.s, (dir / "i32" / "fid").string()), 0);
+    EXPECT_EQ(q.ui.choice_answers.size(), 1u);  // not asked
+    EXPECT_NEAR(q.s.Param.CTEMP, 26.85f, 1e-4f);
+    EXPECT_EQ(q.s.Fid_Shift_Preset, 68);  // GRPDLY comes before the DECIM table
+    double mr = 0;
+    for (int k = 20; k < 32; ++k) mr += 1000 + 2 * k;
+    EXPECT_NEAR(q.s.Fid_Re(0), -7 - mr / 12, 1e-3);
+  }
+  // 8 bytes per TD point: real64 whatever the labels say, without a question.
+  {
+    std::vector<uint8_t> b;
+    for (int i = 0; i < td; ++i) Append_BE_Float64(b, 0.25 * i);
+    Write_Experiment(dir / "f64", "##$BYTORDA= 1\n##$YMAX_a= 2.5\n##$NUC1= <off>\n##$NUCLEUS= <13C>\n", b, td);
+    Quiet_Session q;
+    q.ui.choice_answers.push_back(0);
+    ASSERT_EQ(Read_Bruker_Fid(q.s, (dir / "f64").string()), 0);
+    EXPECT_EQ(q.ui.choice_answers.size(), 1u);
+    EXPECT_EQ(q.s.Param.OBNUC, "13C");
+    double mr = 0;
+    for (int k = 20; k < 32; ++k) mr += 0.25 * 2 * k;
+    EXPECT_NEAR(q.s.Fid_Re(3), 1.5 - mr / 12, 1e-6);
+  }
+}
+
+TEST(Bruker, SingleConverterQuestionAndDamagedFilesKeepTheFormerData) {
+  Quiet_Session q;
+  ASSERT_EQ(Read_Bruker_Spectrum(q.s, Bruker("aspirin-1h-processed/1")), 0);
+  const float kept = q.s.Spec_Re(27074);
+  const int32_t kept_n = q.s.Spec_Points;
+  auto unchanged = [&] {
+    EXPECT_EQ(q.s.Spec_Points, kept_n);
+    EXPECT_EQ(q.s.Spec_Re(27074), kept);
+    EXPECT_EQ(q.s.Is_Spectrum, 1);
+  };
+  test::Temp_Dir dir;
+  // ##$AQ_mod= 2 asks for the single-converter correction; cancel abandons.
+  {
+    std::vector<uint8_t> b(64 * 4, 0);
+    Write_Experiment(dir / "qseq", "##$AQ_mod= 2\n", b, 64);
+    q.ui.choice_answers.push_back(-1);
+    EXPECT_EQ(Read_Bruker_Fid(q.s, (dir / "qseq").string()), 1);
+    unchanged();
+    Quiet_Session d;
+    d.ui.choice_answers.push_back(1);  // "Dual AD-Converter" overrides
+    ASSERT_EQ(Read_Bruker_Fid(d.s, (dir / "qseq").string()), 0);
+    EXPECT_EQ(d.s.Acq_Mode, 0);
+  }
+  // Truncated copies of a real fid and 1r.
+  const auto fid = test::Read_Bytes(Bruker("cyclosporin_1h/cyclosporin_1h/1/fid"));
+  const auto r1 = test::Read_Bytes(Bruker("cyclosporin_1h/cyclosporin_1h/1/pdata/1/1r"));
+  fs::create_directories(dir / "cut" / "pdata" / "1");
+  fs::copy_file(Bruker("cyclosporin_1h/cyclosporin_1h/1/acqus"), dir / "cut" / "acqus");
+  fs::copy_file(Bruker("cyclosporin_1h/cyclosporin_1h/1/pdata/1/procs"),
+                dir / "cut" / "pdata" / "1" / "procs");
+  for (std::size_t cut : {std::size_t{0}, std::size_t{3}, fid.size() / 3, fid.size() - 1}) {
+    SCOPED_TRACE(cut);
+    test::Write_Bytes(dir / "cut" / "fid", {fid.begin(), fid.begin() + cut});
+    const std::size_t shown = q.ui.shown.size();
+    EXPECT_EQ(Read_Bruker_Fid(q.s, (dir / "cut").string()), -1);
+    EXPECT_GT(q.ui.shown.size(), shown);
+    unchanged();
+    test::Write_Bytes(dir / "cut" / "pdata" / "1" / "1r",
+                      {r1.begin(), r1.begin() + std::min(cut, r1.size() - 1)});
+    EXPECT_EQ(Read_Bruker_Spectrum(q.s, (dir / "cut" / "pdata" / "1" / "1r").string()), -1);
+    unchanged();
+  }
+  // Damaged headers: no vendor origin; an array label with a word in it.
+  std::string acqus = test::Read_Text(Bruker("cyclosporin_1h/cyclosporin_1h/1/acqus"));
+  test::Write_Bytes(dir / "cut" / "fid", fid);
+  {
+    std::string bad = acqus;
+    bad.replace(bad.find("##ORIGIN="), 9, "##ORIGXN=");
+    test::Write_Text(dir / "cut" / "acqus", bad);
+    EXPECT_EQ(Check_Bruker_Acquisition((dir / "cut" / "acqus").string()).status, 1);
+    EXPECT_EQ(Read_Bruker_Fid(q.s, (dir / "cut").string()), 1);
+    unchanged();
+  }
+  {
+    std::string bad = acqus;
+    const std::size_t p = bad.find("##$CNST= (0..63)");
+    ASSERT_NE(p, std::string::npos);
+    bad.replace(bad.find('\n', p) + 1, 3, "x!x");
+    test::Write_Text(dir / "cut" / "acqus", bad);
+    EXPECT_EQ(Read_Bruker_Fid(q.s, (dir / "cut").string()), -1);
+    unchanged();
+  }
+}
+
+}  // namespace
+}  // namespace tevo::datafiles
