@@ -69,7 +69,8 @@ TEST(SettingsFile, LineRulesClampsAndRepeatedKeys) {
       "MU BG COLOR     ; 255",
       "DEPT CH 45      ; 0.7",  // coefficients are not read back
       "COL BACKGROUND  ; -5",  // negative colour -> its default (white)
-      "TH COLOR        ; -1",  // -> black
+      "TH COLOR        ; -1",  // -> its default, red
+      "MAIN SPECT COL  ; -1",  // -> black
       "MAGNIFICATION   ; 0",  // scaling factor -> 1.0
       "PARA LEFT       ; 0.5",  // fraction of X-LENGTH given further down
       "PARA TOP        ; 0.25",
@@ -112,7 +113,8 @@ TEST(SettingsFile, LineRulesClampsAndRepeatedKeys) {
   EXPECT_EQ(set.Int("MUL BG COLOR"), 255);
   EXPECT_DOUBLE_EQ(set.Real("DEPT CH 45"), 0.0);
   EXPECT_EQ(set.Int("COL BACKGROUND"), 0xFFFFFF);
-  EXPECT_EQ(set.Int("TH COLOR"), 0);
+  EXPECT_EQ(set.Int("TH COLOR"), 0x0000FF);
+  EXPECT_EQ(set.Int("MAIN SPECT COL"), 0);
   EXPECT_DOUBLE_EQ(set.Real("MAGNIFICATION"), 1.0);
   EXPECT_FLOAT_EQ(set.Real("PARA LEFT"), 0.5f * 20 + 1.5f);
   EXPECT_FLOAT_EQ(set.Real("PARA TOP"), (1 - 0.25f) * 25 + 2);  // Y-LENGTH and margin at their defaults
