@@ -21,6 +21,7 @@ inline constexpr int Exit_Failure = 3;
 struct Context {
   std::string home;  // sets App_Path; empty: the executable's folder rule
   Session session;
+  bool started = false;  // Start_Session claimed a work marker
   int exit_code = Exit_Good;
 };
 
@@ -29,9 +30,11 @@ inline int Exit_From_Status(int status) {
   return status == 0 ? Exit_Good : status > 0 ? Exit_Refused : Exit_Failure;
 }
 
-// Runs the start-up steps that a headless run needs (paths, settings).
-// Returns a core status word.
+// Runs the start-up of the program without a window (no user question: the
+// latest user or the common settings). Returns a core status word.
 int Start_Session(Context& ctx);
+// Removes this run's work marker and temporaries (settings are not written).
+void End_Session(Context& ctx);
 
 void Register_Settings(CLI::App& app, Context& ctx);
 

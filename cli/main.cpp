@@ -30,5 +30,6 @@ int main(int argc, char** argv) {
     std::cerr << app.help();
     return tevo::cli::Exit_Usage;
   }
+  tevo::cli::End_Session(ctx);
   return ctx.exit_code;
 }

@@ -56,6 +56,13 @@ class Ui {
   // A line of text typed by the operator; nullopt on cancel.
   virtual std::optional<std::string> Ask_Text(const std::string& title, const std::string& prompt,
                                               const std::string& initial) = 0;
+  // The user window at start: the known user names and a name field that
+  // starts with `initial`. Returns the name to run with ("右の使用者で実行"),
+  // or nullopt for "終了". Without a window of its own, a text question.
+  virtual std::optional<std::string> Ask_User(const std::vector<std::string>& /*users*/,
+                                              const std::string& initial) {
+    return Ask_Text("NMR 1D", "右の使用者で実行", initial);
+  }
 };
 
 // Answers from queues; with a queue empty, the default button, the first

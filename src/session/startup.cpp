@@ -12,9 +12,14 @@
 #include <fstream>
 #include <set>
 
+#include "platform/ui.h"
+#include "session/command_flow.h"
 #include "session/messages.h"
 #include "session/session.h"
+#include "session/settings_files.h"
 #include "session/text_encoding.h"
+#include "session/user_choice.h"
+#include "signal/sine_table.h"
 
 namespace fs = std::filesystem;
 
@@ -276,6 +281,112 @@ void Shutdown_Cleanup(Session& s, bool all_markers) {
     for (const auto& [n, p] : List_Markers(s.App_Path)) Remove_Quietly(p);
   }
   Release_Work_Marker(s);
+}
+
+namespace {
+
+// Ends the start early: the cursor back to normal, nothing read or written.
+Start_Result Stop_Start(Session& s) {
+  s.ui->Wait_Cursor(false);
+  Start_Result r;
+  r.go_on = false;
+  return r;
+}
+
+bool Exists(const fs::path& p) {
+  std::error_code ec;
+  return fs::exists(p, ec);
+}
+
+}  // namespace
+
+Start_Result Start_Up(Session& s, const Start_Options& o) {
+  s.ui->Wait_Cursor(true);
+  s.App_Path = Resolve_App_Path(o.home, o.exe_path);
+  s.Log_Dir = "C:\\NMRLog";
+  Remove_Stale_Backups(s);
+
+  // The command line names at most one file.
+  Write_Handover(o.command_line);
+  const Command_Line cmd = Parse_Command_Line(o.command_line);
+  s.Cmd_File = cmd.file;
+  s.Cmd_From_Sibling = cmd.from_sibling;
+  if (!s.Cmd_File.empty()) {
+    if (File_In_Use(s, s.Cmd_File)) {
+      s.ui->Wait_Cursor(false);
+      s.ui->Beep();
+      Show_Message(s, "このファイルは、他のアプリケーションで使用中です", Style_OK | Icon_Exclamation, "File Warning");
+      return Stop_Start(s);
+    }
+    // 2D data goes to the sibling program, marked with "$" so that it is not
+    // sent back.
+    if (!s.Cmd_From_Sibling && o.data_kind && o.start_sibling) {
+      const int kind = o.data_kind(s.Cmd_File);
+      if (kind == 2 || kind == 6) {
+        o.start_sibling((fs::path(s.App_Path) / "tevo2d").string(), "\"$" + s.Cmd_File + "\"");
+        return Stop_Start(s);
+      }
+    }
+  }
+
+  Claim_Work_Marker(s);
+  s.ui->Do_Events();
+
+  s.settings.Reset();
+  Read_Common(s);
+  if (s.User_Mode != 0) {
+    Use_Common_Settings(s);
+  } else if (o.interactive) {
+    s.ui->Beep();
+    if (!Run_User_Dialog(s)) return Stop_Start(s);
+  } else {
+    Choose_Latest_User(s);
+  }
+
+  signal::Fft_Sine();
+  Alloc_Point_Arrays(s, 8192);
+
+  std::error_code ec;
+  s.Start_Folder = fs::current_path(ec).string();
+  Read_Print_Text(s);
+  Read_Settings(s);
+  s.Param.SMEXR = static_cast<float>(s.settings.Real("REF INITITAL"));
+  Read_Nuclear(s);
+  Read_Required_Files(s);
+
+  Start_Result r;
+  r.window_state = static_cast<int16_t>(s.settings.Int("WINDOW STATE"));
+  r.jeol_disk_reader = Exists(fs::path(s.App_Path) / "ALIDIR.EXE") && Exists(fs::path(s.App_Path) / "ALIDATA.EXE");
+  s.Data_Saved = 1;
+  s.ui->Wait_Cursor(false);
+  r.show_environment = s.settings.Int("START MODE") == 1;
+  r.show_structure = s.settings.Int("STRUCTURE DISP") == 1;
+  return r;
+}
+
+void Finish_Session(Session& s) {
+  Write_Settings(s);
+  Write_Common(s);
+  Shutdown_Cleanup(s);
+}
+
+bool m19_Click(Session& s, const std::function<bool(Session&)>& save_as) {
+  if (!Confirm_Mode_Exit(s)) return false;
+  if (s.Spec_Points > 0 || s.Fid_Points > 0) {
+    platform::Message_Box_Spec box;
+    box.title = "1D NMRの終了";
+    box.text = "終了前にデータを";
+    box.buttons = {"保存しない", "保存する", "終了をｷｬﾝｾﾙ"};
+    box.default_button = 1;
+    const int pressed = s.ui->Message_Box(box);
+    if (pressed == 2) {
+      if (!save_as || !save_as(s)) return false;
+    } else if (pressed != 1) {
+      return false;
+    }
+  }
+  Finish_Session(s);
+  return true;
 }
 
 }  // namespace tevo::session

@@ -4,8 +4,10 @@
 // tool both run these steps.
 #pragma once
 
+#include <cstdint>
 #include <ctime>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 namespace tevo {
@@ -89,6 +91,52 @@ std::string Log_File_Name(const Session& s, const std::tm& when);
 // another copy runs, else every marker (which clears those left by crashes).
 // `all_markers` forces the second form (the user dialog's end button).
 void Shutdown_Cleanup(Session& s, bool all_markers = false);
+
+// ---- the whole start and end ----
+
+struct Start_Options {
+  std::string home;  // --home: App_Path; empty: the executable's folder rule
+  std::string exe_path;  // path of the executable (argv[0])
+  std::string command_line;  // the raw command line: at most one data file
+  // true: ask for the user through the Ui (unless "USER MODE" says common);
+  // false (no window): the latest user, or the common settings.
+  bool interactive = true;
+  // Kind of a data file by its recognition; kinds 2 and 6 hold 2D data.
+  // Without it no file is handed on.
+  std::function<int(const std::string& path)> data_kind;
+  // Starts the sibling 2D program with a command line (style 4: a normal
+  // window without focus). Without it a 2D file is not handed on.
+  std::function<void(const std::string& program, const std::string& arguments)> start_sibling;
+};
+
+struct Start_Result {
+  bool go_on = true;  // false: this process ends now (file in use, 2D data handed on, "終了")
+  bool show_environment = false;  // "START MODE" 1: the environment window, first tab
+  bool show_structure = false;  // "STRUCTURE DISP" 1: the image window on top
+  bool jeol_disk_reader = false;  // ALIDIR.EXE and ALIDATA.EXE are there: menu m12 shown
+  int16_t window_state = 0;  // "WINDOW STATE"
+};
+
+// The start of a copy of the program, in order: paths and log folder,
+// stale back-ups removed, the command line (hand-over file, in-use check,
+// 2D data handed to the sibling), the work marker, "1DCommon.ini" (access
+// count), the user, the sine table and the point arrays, "1D.prt", the
+// settings file, "REF INITITAL" into SMEXR, "Nuclear.dat",
+// "RequiredFile1D.txt", and the session marked as saved with no data. The
+// window and the command-line tool both call it; the caller opens
+// s.Cmd_File afterwards when it names one.
+Start_Result Start_Up(Session& s, const Start_Options& options);
+
+// The end of the program once the operator has agreed (the window has put
+// its state in "WINDOW STATE"): the settings file and "1DCommon.ini" are
+// written, then the temporaries and markers are cleaned up.
+void Finish_Session(Session& s);
+
+// The exit command (and the close box): leaves the current mode (or stops
+// on cancel), asks whether to save a spectrum in memory ("1D NMRの終了":
+// "保存しない", "保存する" through `save_as`, "終了をｷｬﾝｾﾙ"), and on "END"
+// finishes the session. Returns true when the program is to end.
+bool m19_Click(Session& s, const std::function<bool(Session&)>& save_as);
 
 // Releases the marker lock without deleting anything (a crash, as far as the
 // other copies can tell; for tests).
