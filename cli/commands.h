@@ -37,5 +37,7 @@ int Start_Session(Context& ctx);
 void End_Session(Context& ctx);
 
 void Register_Settings(CLI::App& app, Context& ctx);
+void Register_Info(CLI::App& app, Context& ctx);
+void Register_Process(CLI::App& app, Context& ctx);
 
 }  // namespace tevo::cli

@@ -166,6 +166,7 @@ struct Session {
 
   // ---- overlays: slot 0 is the main spectrum ----
   std::array<Overlay_Slot, Overlay_Max + 1> Overlay;
+  int16_t Overlay_Read_Mode = 0;  // 3: the slots are kept, a read skips stored overlays
 
   // ---- view history, newest first ----
   std::vector<View_Hist> View_History;

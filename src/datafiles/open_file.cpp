@@ -1,0 +1,397 @@
+#include "datafiles/open_file.h"
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "platform/ui.h"
+#include "session/command_flow.h"
+#include "session/messages.h"
+#include "session/session.h"
+#include "session/startup.h"
+
+namespace fs = std::filesystem;
+
+namespace tevo::datafiles {
+
+namespace {
+
+// Settings that may be absent from the key table of an older settings file
+// are read with a fallback.
+int32_t Setting_Int(const Session& s, const char* key, int32_t fallback) {
+  return session::Setting_Index(key) >= 0 ? s.settings.Int(key) : fallback;
+}
+std::string Setting_Text(const Session& s, const char* key) {
+  return session::Setting_Index(key) >= 0 ? s.settings.Text(key) : std::string();
+}
+void Store_Setting(Session& s, const char* key, double value) {
+  if (session::Setting_Index(key) >= 0) s.settings.Set(key, value);
+}
+void Store_Setting(Session& s, const char* key, std::string value) {
+  if (session::Setting_Index(key) >= 0) s.settings.Set(key, std::move(value));
+}
+
+// Every refusal of a file: beep, the message, status 1.
+int Refuse(Session& s, const std::string& text, const std::string& caption) {
+  s.ui->Beep();
+  Show_Message(s, text, Icon_Exclamation, caption);
+  return 1;
+}
+
+const char* const Data_Error = "Dataエラー";
+
+bool Has_Data(const Session& s) { return s.Spec_Points > 0 || s.Fid_Points > 0; }
+
+// Where the current data set is kept while another is read: this copy's
+// back-up file, or Temp.dat in the program folder.
+std::string Work_Copy_Path(const Session& s) {
+  if (!s.Backup_File.empty()) return s.Backup_File;
+  return (fs::path(s.App_Path) / "Temp.dat").string();
+}
+
+// Writes the current data set as the work copy; returns its path, or empty
+// when there was nothing to keep or the write failed. The data set's saved
+// state is not touched.
+std::string Write_Work_Copy(Session& s) {
+  const std::string path = Work_Copy_Path(s);
+  if (!Has_Data(s)) {
+    // A copy left from an earlier read must not come back for this one.
+    std::error_code ec;
+    fs::remove(path, ec);
+    return {};
+  }
+  const int16_t saved = s.Data_Saved;
+  const int status = Write_Native(s, path);
+  s.Data_Saved = saved;
+  return status == 0 ? path : std::string();
+}
+
+// Reads the work copy back after a failed read, with the stored overlays,
+// so that the operator keeps what he had.
+void Read_Back_Work_Copy(Session& s, const std::string& work_copy, const std::string& open_name) {
+  if (work_copy.empty()) return;
+  const int16_t saved = s.Data_Saved;
+  Reset_Session_Data(s, false);
+  s.Overlay_Read_Mode = 0;
+  if (Read_Native(s, work_copy) == 0) {
+    s.Open_Name = open_name;
+    s.Param.Data_File = open_name;
+  }
+  s.Data_Saved = saved;
+}
+
+}  // namespace
+
+void Reset_Session_Data(Session& s, bool keep_overlays) {
+  Session fresh;
+  // The running program: the window seam, paths and work files, settings
+  // and tables, the mode and its handlers, the message values.
+  fresh.ui = s.ui;
+  fresh.App_Path = std::move(s.App_Path);
+  fresh.Log_Dir = std::move(s.Log_Dir);
+  fresh.Work_Id = s.Work_Id;
+  fresh.Work_File = std::move(s.Work_File);
+  fresh.Fid_Work_File = std::move(s.Fid_Work_File);
+  fresh.Open_Name = std::move(s.Open_Name);
+  fresh.File_Class = std::move(s.File_Class);
+  fresh.Data_Folder = std::move(s.Data_Folder);
+  fresh.Sniff_Tag = std::move(s.Sniff_Tag);
+  fresh.Start_Folder = std::move(s.Start_Folder);
+  fresh.Cmd_File = std::move(s.Cmd_File);
+  fresh.Cmd_From_Sibling = s.Cmd_From_Sibling;
+  fresh.Access_Count = s.Access_Count;
+  fresh.Backup_File = std::move(s.Backup_File);
+  fresh.Work_Lock_Fd = s.Work_Lock_Fd;
+  fresh.settings = std::move(s.settings);
+  fresh.Settings_Read_Name = std::move(s.Settings_Read_Name);
+  fresh.Settings_Write_Name = std::move(s.Settings_Write_Name);
+  fresh.User_Name = std::move(s.User_Name);
+  fresh.User_Mode = s.User_Mode;
+  fresh.Log_Mode = s.Log_Mode;
+  fresh.Nuclei = std::move(s.Nuclei);
+  fresh.Required_Files = std::move(s.Required_Files);
+  fresh.Print_Text = std::move(s.Print_Text);
+  fresh.Mode = std::move(s.Mode);
+  fresh.Overlay_Read_Mode = s.Overlay_Read_Mode;
+  if (keep_overlays) fresh.Overlay = std::move(s.Overlay);
+  // The display scale the operator set survives a new data set.
+  fresh.Y_Mag = s.Y_Mag;
+  fresh.Param.SMEXR = s.Param.SMEXR;
+  s = std::move(fresh);
+}
+
+int Overlay_Keep_Prompt(Session& s) {
+  bool any = false;
+  for (int k = 1; k <= Overlay_Max; ++k) any = any || s.Overlay[static_cast<size_t>(k)].Slot_Points > 0;
+  if (!any) return 0;
+  const int choice = s.ui->Choose("重ね書きの削除", "",
+                                  {"現在の「重ね書き」データを削除。", "現在の「重ね書き」データを残す。"}, 0);
+  if (choice < 0) return -1;
+  return choice == 1 ? 3 : 0;
+}
+
+std::string Observe_Text(double observe_mhz) {
+  const double snapped = static_cast<double>(static_cast<int64_t>(observe_mhz * 20 + 0.5)) / 20;
+  char buf[32];
+  std::snprintf(buf, sizeof buf, "%.2f", snapped);
+  return buf;
+}
+
+int Read_Routed(Session& s, const Recognition& r, const Open_Route& route) {
+  const std::string path = route.twin ? Pair_Twin_Files(r.path, r.file_class).data : r.path;
+  if (route.in_use_test && session::File_In_Use(s, path))
+    return Refuse(s, "このファイルは、他のアプリケーションで使用中です", "File Warning");
+  if (route.read == nullptr) return Refuse(s, "Dataが違います", Data_Error);
+
+  Kind_Check kind{"", 0};
+  if (route.check != nullptr) {
+    kind = route.check(path);
+    if (kind.status < 0) return Refuse(s, "Dataが違います", Data_Error);
+    if (Is_2D(route, kind)) return Refuse(s, "2D Data !", Data_Error);
+    if (Check_Failed(route, kind)) return Refuse(s, "Dataが違います", Data_Error);
+  }
+
+  const std::string former_name = s.Open_Name;
+  const std::string work_copy = Write_Work_Copy(s);
+  const int overlay_mode = Overlay_Keep_Prompt(s);
+  if (overlay_mode < 0) return 1;
+  Reset_Session_Data(s, overlay_mode == 3);
+  s.Overlay_Read_Mode = static_cast<int16_t>(overlay_mode);
+
+  int status;
+  try {
+    status = route.read(s, path);
+  } catch (const std::exception&) {
+    Disk_Error_Text(s, 57, "RDM/DRW");
+    status = -1;
+  }
+  s.Overlay_Read_Mode = 0;
+  if (status == 0 && route.empty_kind_non_nmr && route.check != nullptr && kind.kind.empty()) {
+    Refuse(s, "Non NMR Data !", Data_Error);
+    status = 1;
+  }
+  if (status != 0) {
+    Read_Back_Work_Copy(s, work_copy, former_name);
+    return status;
+  }
+  s.Open_Name = path;
+  s.Param.Data_File = path;
+  return 0;
+}
+
+namespace {
+
+// The filter of the open dialog and the pattern each index starts with.
+std::string Open_Filter(const Session& s) {
+  const std::string u1 = Setting_Text(s, "USER EXTENSION"), u2 = Setting_Text(s, "USER EXTENSION 2");
+  return "標準設定(*.tv1;*.tvo1)|*.tv1;*.tvo*|ﾕｰｻﾞｰ設定(" + u1 + ")|" + u1 + "|ﾕｰｻﾞｰ設定2(" + u2 + ")|" + u2 +
+         "|JCAMP-DX(*.dx,*.jdx)|*.dx;*.jdx|CSVデータ(*.csv)|*.csv|すべてのﾌｧｲﾙ|*.*";
+}
+
+std::string Open_Pattern(const Session& s, int index) {
+  switch (index) {
+    case 1: return "*.tv1;*.tvo*";
+    case 2: return Setting_Text(s, "USER EXTENSION");
+    case 3: return Setting_Text(s, "USER EXTENSION 2");
+    case 4: return "*.dx;*.jdx";
+    case 5: return "*.csv";
+    default: return "*.*";
+  }
+}
+
+// Asks for the file to open; empty when cancelled.
+std::string Ask_Open_Path(Session& s) {
+  platform::File_Request req;
+  req.title = "読み込み";
+  req.filter = Open_Filter(s);
+  req.filter_index = Setting_Int(s, "INITIATL FILE", 1);
+  req.initial_name = Open_Pattern(s, req.filter_index);
+  req.initial_dir = s.Data_Folder.empty() ? s.Start_Folder : s.Data_Folder;
+  auto answer = s.ui->Open_File(req);
+  if (!answer) return {};
+  Store_Setting(s, "INITIATL FILE", answer->filter_index);
+  return answer->path;
+}
+
+}  // namespace
+
+int NM1D_m11_Click(Session& s, const Open_Request& request) {
+  if (!session::Confirm_Mode_Exit(s)) return 1;
+  s.Undo_Stack[0].Kind = Undo_None;
+
+  if (s.Data_Saved != 1) {
+    s.ui->Beep();
+    platform::Message_Box_Spec box;
+    box.title = "注意！";
+    box.text = "データは変更されています";
+    box.style = Style_Yes_No_Cancel | Icon_Exclamation;
+    box.buttons = {"保存する", "保存しない", "キャンセル"};
+    box.icon = 3;
+    const int button = s.ui->Message_Box(box);
+    if (button != 1 && button != 2) return 1;
+    if (button == 1) m10_Click(s);
+  }
+
+  std::string path = request.path;
+  Recognition r;
+  for (;;) {
+    if (path.empty()) path = Ask_Open_Path(s);
+    if (path.empty()) return 1;
+    r = Classify_File(s, path);
+    if (r.sniff.status < 0) return -1;
+    if (Class_Accepted(r)) break;
+    s.ui->Beep();
+    const int16_t answer = Show_Message(s, "ﾌｧｲﾙが不正です。または,\rﾌｧｲﾙの拡張子が 正しくない",
+                                        Style_Retry_Cancel | Icon_Exclamation, "ファイル名エラー");
+    if (answer != Msg_Retry) return 1;
+    path.clear();
+  }
+  const Open_Route* route = Find_Route(r);
+  if (route == nullptr) return Refuse(s, "Dataが違います", Data_Error);
+
+  const std::string former_work_copy = Work_Copy_Path(s);
+  const int status = Read_Routed(s, r, *route);
+  if (status != 0) return status;
+
+  Store_Setting(s, "DATA  SET DIR", r.data_folder);
+  if (s.Param.SMODE == 0) {
+    s.Is_Spectrum = 0;
+    s.Is_Fid = 1;
+  } else {
+    s.Is_Spectrum = 1;
+    s.Is_Fid = 0;
+  }
+  if (Setting_Int(s, "INSTRUMENT ID IN", 0) != 0) {
+    auto id = s.ui->Ask_Text("Instrument ID", "Instrument ID", s.Param.Instrument_Name);
+    if (id) s.Param.Instrument_Id = *id;
+  }
+  s.Param.Observe_Text = Observe_Text(s.Observe_Frequency);
+
+  if (s.Is_Fid == 1 && request.fid_window) {
+    const std::string result = request.fid_window(s);
+    if (result.empty()) {
+      std::error_code ec;
+      if (fs::exists(former_work_copy, ec)) Read_Back_Work_Copy(s, former_work_copy, s.Open_Name);
+      return 1;
+    }
+  }
+
+  session::Mark_Open_File(s, s.Open_Name);
+  session::Write_Log(s, "Read", s.Open_Name);
+  session::Set_RecentFile_Menu(s, s.Open_Name);
+  Update_Scale_Values(s);
+  if (s.Spec_Points > 0 && !s.Spec_Re.Empty()) Build_Disp_Arrays(s, 0);
+  return 0;
+}
+
+Resolved_File Resolve_Data_File(Session& s, std::string& path) {
+  Resolved_File out;
+  out.recognition = Classify_File(s, path);
+  const Recognition& r = out.recognition;
+  path = r.path;
+  if (r.sniff.status < 0) return out;
+  const Open_Route* route = Find_Route(r);
+  if (route == nullptr) return out;
+  const std::string data = route->twin ? Pair_Twin_Files(r.path, r.file_class).data : r.path;
+  if (route->resolve != nullptr) {
+    out.tag = route->resolve(data, out.status);
+    return out;
+  }
+  if (route->check == nullptr) {
+    // No check for this class yet: a 1D data set as far as can be told.
+    out.tag = route->tag_1d;
+    out.status = route->status_1d;
+    return out;
+  }
+  const Kind_Check k = route->check(data);
+  out.kind = k.kind;
+  if (Check_Failed(*route, k)) return out;
+  const bool two_d = Is_2D(*route, k);
+  out.tag = two_d ? route->tag_2d : route->tag_1d;
+  out.status = two_d ? route->status_2d : route->status_1d;
+  return out;
+}
+
+namespace {
+
+bool Has_Tv1_Extension(const std::string& path) { return Extension_Class(path) == ".TV1"; }
+
+// The name offered in the save dialog: the open file's name with ".tv1".
+std::string Save_Name_Offered(const Session& s) {
+  if (s.Open_Name.empty()) return "*.tv1";
+  fs::path p(s.Open_Name);
+  return p.stem().string() + ".tv1";
+}
+
+// Writes `path` so that an existing file survives a failed write: it is
+// renamed with ".$" behind its name first, removed after a good write and
+// renamed back after a bad one.
+int Write_Keeping_Old(Session& s, const std::string& path, Write_Fn writer) {
+  std::error_code ec;
+  const std::string kept = path + ".$";
+  const bool existed = fs::exists(path, ec);
+  if (existed) {
+    fs::remove(kept, ec);
+    fs::rename(path, kept, ec);
+    if (ec) {
+      Disk_Error_Text(s, Error_Number_From_Errno(ec.value()), "SAV/REN");
+      return -1;
+    }
+  }
+  const int status = writer(s, path);
+  if (status == 0) {
+    if (existed) fs::remove(kept, ec);
+    return 0;
+  }
+  if (existed) {
+    fs::remove(path, ec);
+    fs::rename(kept, path, ec);
+  }
+  return status;
+}
+
+}  // namespace
+
+int m10_Click(Session& s, const std::string& given, Write_Fn writer) {
+  if (!session::Confirm_Mode_Exit(s)) return 1;
+  std::string path = given;
+  for (;;) {
+    if (given.empty()) {
+      platform::File_Request req;
+      req.title = "データの保存";
+      req.filter = "通常形式|*.tv1*|";
+      req.default_ext = "tv1";
+      req.initial_name = Save_Name_Offered(s);
+      req.initial_dir = s.Data_Folder;
+      auto answer = s.ui->Save_File(req);
+      if (!answer) return 1;
+      path = answer->path;
+    }
+    if (!Has_Tv1_Extension(path)) {
+      const int16_t a = Show_Message(s, "ファイルが不正です。または,\rファイルの拡張子が tv1 でない",
+                                     Style_Yes_No | Icon_Exclamation, "ファイル名エラー");
+      if (a == Msg_Yes && given.empty()) continue;
+      return 1;
+    }
+    if (session::File_In_Use(s, path)) {
+      const int16_t a = Show_Message(s, "このファイル名は、他のアプリケーションで使用中です",
+                                     Style_Retry_Cancel | Icon_Exclamation, "File Warning");
+      if (a == Msg_Retry && given.empty()) continue;
+      return 1;
+    }
+    break;
+  }
+  if (s.Param.EXMOD.empty()) s.Param.EXMOD = "NON";
+
+  const int status = Write_Keeping_Old(s, path, writer);
+  if (status != 0) return status;
+  s.Data_Saved = 1;
+  s.Param.Data_File = path;
+  session::Mark_Open_File(s, path);
+  session::Set_RecentFile_Menu(s, path);
+  return 0;
+}
+
+}  // namespace tevo::datafiles

@@ -1,0 +1,72 @@
+// Opening and saving a data set: the open command and its read frame, the
+// start-up resolution of a file named on the command line, and the save of
+// the native file. Questions go through the session's platform::Ui.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "datafiles/open_routes.h"
+
+namespace tevo {
+struct Session;
+}
+
+namespace tevo::datafiles {
+
+// Clears the data set for a new read: every list, the parameters, the
+// points, the view and undo, keeping what belongs to the running program
+// (paths, settings, tables, markers, the Ui, the mode handlers). The overlay
+// slots are kept when `keep_overlays`.
+void Reset_Session_Data(Session& s, bool keep_overlays);
+
+// When any overlay slot holds a spectrum, asks whether to delete the slots
+// or keep them. Returns 0 delete (or nothing to ask), 3 keep, -1 cancel.
+int Overlay_Keep_Prompt(Session& s);
+
+// The observe frequency to 0.05 MHz as the parameter text shows it.
+std::string Observe_Text(double observe_mhz);
+
+struct Open_Request {
+  std::string path;  // empty: ask with the file dialog
+  // Shown for a FID after the read; returns "OK" (transform accepted),
+  // "OKX" (kept as it is) or "" (given up: the former data come back).
+  // Unset: the FID stays as read.
+  std::function<std::string(Session&)> fid_window;
+};
+
+// The open command: mode interlock, unsaved-data prompt, file dialog,
+// recognition and routing, the read inside its frame, then the caption,
+// the marker, the log, the recent list and the display copy. Returns 0
+// loaded, 1 refused or cancelled (the former data set stays), -1 failure
+// (the former data set was read back).
+int NM1D_m11_Click(Session& s, const Open_Request& request);
+
+// The read of one classified file inside its frame: work copy of the
+// current data, overlay question, reset, check, 2D refusal, reader; on a
+// failure the work copy is read back. Returns the reader's status.
+int Read_Routed(Session& s, const Recognition& r, const Open_Route& route);
+
+// Start-up resolution of a file named on the command line: rewrites `path`
+// to the real data file, classifies it, runs the class's check and returns
+// the tag with a status (0 or 1 a 1D data set, 2 or 6 a 2D data set for
+// the 2D program, -1 failure).
+struct Resolved_File {
+  std::string tag;
+  int status = -1;
+  std::string kind;  // the check's kind text
+  Recognition recognition;  // what the classification found
+};
+Resolved_File Resolve_Data_File(Session& s, std::string& path);
+
+using Write_Fn = int (*)(Session& s, const std::string& path);
+
+// The save of the native file: mode interlock, the name (asked when `path`
+// is empty, forced to ".tv1"), the in-use check, "NON" for an empty EXMOD,
+// then an existing file renamed with ".$" behind it, the write, and the old
+// file removed on success or renamed back on failure. On success the data
+// are marked saved, the marker and the recent list are updated. Returns 0
+// saved, 1 refused or cancelled, -1 write failure.
+int m10_Click(Session& s, const std::string& path = {}, Write_Fn writer = Write_Native);
+
+}  // namespace tevo::datafiles

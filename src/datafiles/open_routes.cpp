@@ -1,0 +1,73 @@
+#include "datafiles/open_routes.h"
+
+#include <string_view>
+
+namespace tevo::datafiles {
+
+namespace {
+
+using R = Refuse_2D;
+
+// One row per class, first fit wins. A reader of a new format fills its row
+// (check, reader) here and nothing else; a row with no reader refuses the
+// file with the usual "Dataが違います".
+//  match                      in-use twin  check               2D rule     reader               empty kind  1D tag / status, 2D tag / status
+const Open_Route kRoutes[] = {
+    {".ALS",                   true,  false, Check_Older_Native, R::First_V, Read_Older_Native,   true,  "ALS1", 0, "ALS2", 2},
+    {".TV1|.TV2",              true,  false, Check_Native,       R::First_2, Read_Native,         true,  "TEVO1", 0, "TEVO2", 2},
+    {".TVO1|.TVO2",            true,  false, Check_Native_V4,    R::First_V, Read1D_DataTevoV4_2, true,  "TEVO1_V4", 0, "TEVO2D_V4", 2},
+    {".ECP",                   false, false, nullptr,            R::Status_2, nullptr,            false, "ECP1", 1, "ECP2", 2},
+    {".GXD|.GXP",              false, true,  nullptr,            R::First_V, nullptr,             false, "GXD1", 0, "GXD2", 2},
+    {".CSV",                   false, false, nullptr,            R::None,    nullptr,             false, "", 0, "", 0},
+    {".FID|.HED",              false, true,  nullptr,            R::First_V, nullptr,             false, "GE1", 0, "GE2", 2},
+    {".DX|.JDX",               false, false, nullptr,            R::Status_2, nullptr,            false, "JCAMP1", 0, "JCAMP2", 2},
+    {".ALP",                   false, false, nullptr,            R::Has_2D,  nullptr,             true,  "ALPHA1", 0, "ALPHA2", 2},
+    {".LAM",                   false, false, nullptr,            R::Has_2D,  nullptr,             true,  "LAMBDA1", 0, "LAMBDA2", 2},
+    {".NUT",                   false, false, nullptr,            R::First_V, nullptr,             true,  "NUTS1", 0, "NUTS2", 2},
+    {".MSL",                   false, false, nullptr,            R::First_V, nullptr,             true,  "MSL1", 0, "MSL2", 2},
+    {"FID|.BRUF|.VARF",        false, false, nullptr,            R::First_V, nullptr,             false, "BRUKER1", 0, "VARIAN2", 2},
+    {".BRUA",                  false, false, nullptr,            R::None,    nullptr,             false, "BRUKER1", 0, "BRUKER2", 2},
+    {".BRUP|.BRUD|1R",         false, false, nullptr,            R::None,    nullptr,             false, "BRUKER1R", 0, "BRUKER2RR", 2},
+    {"DATA|PHASEFILE|.VARD|.CMX", false, false, nullptr,         R::First_V, nullptr,             false, "VAR1", 1, "VAR2D", 6},
+    {".IMPORT",                false, false, nullptr,            R::First_V, nullptr,             false, "MAC", 0, "MAC", 2},
+    {"SER",                    false, false, nullptr,            R::None,    nullptr,             false, "BRUKER2", 2, "BRUKER2", 2},
+    {"2RR",                    false, false, nullptr,            R::None,    nullptr,             false, "BRUKER2RR", 2, "BRUKER2RR", 2},
+};
+
+bool Token_Fits(std::string_view token, const Recognition& r) {
+  if (!token.empty() && token[0] == '.') return Class_Is(r.file_class, std::string(token));
+  return r.base_name == token;
+}
+
+}  // namespace
+
+const Open_Route* Find_Route(const Recognition& r) {
+  for (const auto& route : kRoutes) {
+    std::string_view m = route.match;
+    while (!m.empty()) {
+      const size_t bar = m.find('|');
+      if (Token_Fits(m.substr(0, bar), r)) return &route;
+      m = bar == std::string_view::npos ? std::string_view() : m.substr(bar + 1);
+    }
+  }
+  return nullptr;
+}
+
+bool Is_2D(const Open_Route& route, const Kind_Check& k) {
+  switch (route.refuse) {
+    case R::First_V: return !k.kind.empty() && k.kind[0] == 'V';
+    case R::First_2: return !k.kind.empty() && k.kind[0] == '2';
+    case R::Status_2: return k.status == 2;
+    case R::Has_2D: return k.kind.find("2D") != std::string::npos;
+    case R::None: break;
+  }
+  return false;
+}
+
+bool Check_Failed(const Open_Route& route, const Kind_Check& k) {
+  // Checks that tell 1D from 2D by their status only fail below 0.
+  if (route.refuse == R::Status_2) return k.status < 0;
+  return k.status != 0;
+}
+
+}  // namespace tevo::datafiles
