@@ -84,6 +84,15 @@ struct Data_Param {
   std::string Data_File;  // DFILE
   std::string Instrument_Id;  // empty: Instrument_Name stands for it
   std::string Observe_Text;  // observe frequency to 0.05 MHz, "####0.00"
+
+  // Further acquisition values the native file keeps.
+  std::string Probe_Name;
+  std::string Gradient_Program;
+  std::string Pulse_Program;
+  float Pulse90 = 0, Pulse90_2 = 0;  // 90-degree pulse widths, first and second channel
+  double Irr_Frequency = 0;  // irradiation frequency, MHz
+  std::array<float, 32> P_List{}, D_List{}, CNST_List{}, Extra_List{};  // pulse, delay, constant lists
+  bool operator==(const Data_Param&) const = default;
 };
 
 struct Peak_Rec {
@@ -91,6 +100,7 @@ struct Peak_Rec {
   float Label_Dx = 0;  // horizontal shift of the printed label
   float Label_Dy = 0;  // second placement value, 0 for a new peak
   float Freq_Hz = 0;  // (ppm - Spec_Axis[0]) * Spectrum_Frequency
+  int16_t Height = 0;  // label height value kept with the placement
   bool operator==(const Peak_Rec&) const = default;
 };
 
@@ -136,11 +146,19 @@ struct Inset_Rec {
   int16_t Tick_Mode = 0;
   float Tick_Step1 = 0, Tick_Inc1 = 0, Tick_Step2 = 0, Tick_Inc2 = 0;
   int16_t Axis_Digit = 1, Integ_Digit = 2, Peak_Digit = 2;
+  // further print values of the inset ("ML INTEG EXPAND", "ML INTEG LEVEL",
+  // "MUL PEAK UNIT", "MUL FONT MAG", "MUL FONTMAG MODE", "MUL PEAKLINE TOP/BOT")
+  float Integ_Expand = 1, Integ_Level = 0;
+  int16_t Peak_Unit = 0;
+  float Font_Mag = 1;
+  int16_t Font_Mag_Mode = 0;
+  float Peakline_Top = 0, Peakline_Bottom = 0;
   bool operator==(const Inset_Rec&) const = default;
 };
 
 struct Text_Rec {
   float X = 0, Y = 0;  // fractions of the frame from its left and top
+  std::array<float, 3> Frame{};  // further frame values stored with the note
   std::string Font_Name;
   float Font_Size = 10;  // points, at least 3
   int16_t Bold = 0, Italic = 0;
@@ -158,6 +176,40 @@ struct Line_Rec {
   int16_t Style = 0;  // dash style index
   int16_t Kind = 0;  // line kind index
   bool operator==(const Line_Rec&) const = default;
+};
+
+// A picture placed on the page: its rectangle (fractions of the frame) and
+// the complete picture file content, carried as bytes.
+struct Image_Rec {
+  float Left = 0, Top = 0, Width = 0, Height = 0;
+  int32_t Extra = 0;  // further value stored with the picture
+  std::vector<uint8_t> Body;
+  bool operator==(const Image_Rec&) const = default;
+};
+
+// The structure picture shown beside the spectrum ("STRUCTURE DISP").
+struct Structure_Rec {
+  int16_t Show = 0;
+  float Value_A = 0, Value_B = 0;  // placement values as stored
+  std::vector<uint8_t> Body;  // whole picture file, empty when none
+  bool operator==(const Structure_Rec&) const = default;
+};
+
+// One source pair of an array assembled from single files.
+struct Source_Pair {
+  std::string Data_Name, Param_Name;
+  bool operator==(const Source_Pair&) const = default;
+};
+
+// Blocks of the native file kept as bytes so that their spare fields and the
+// fields no other part of the program uses survive a read and a write. Keyed
+// page fields are copied to and from the settings on top of these.
+struct Native_Blocks {
+  std::vector<uint8_t> Param;  // parameter section, 2560 bytes
+  std::vector<uint8_t> Page;  // page settings
+  std::vector<uint8_t> Deconv_Page, Relax_Page, List_Page;
+  std::vector<uint8_t> Markers;  // marker list, 10 records of 32 bytes
+  bool operator==(const Native_Blocks&) const = default;
 };
 
 // One spectrum drawn over the main one. Slot 0 stands for the main spectrum.
@@ -179,6 +231,7 @@ struct Overlay_Slot {
   std::string Slot_Comment;  // at most 30 bytes
   std::string Slot_File;
   int32_t Slot_Colour = 0;
+  bool operator==(const Overlay_Slot&) const = default;
 };
 
 // One remembered display state; positions are point positions.

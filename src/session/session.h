@@ -59,6 +59,14 @@ struct Session {
   // ---- rows ----
   int32_t Array_Rows = 1;  // number of rows, at least 1
   int32_t Array_Row = 0;  // the row shown and edited, 0-based
+  // array values: one value per row, as used and as shown
+  std::vector<float> Delay_List, Delay_Raw;
+  std::string Delay_Name;  // name of the varied parameter
+  int16_t Delay_Linear = 0;  // 0 a value list, 1 start and step
+  float Delay_Start = 0, Delay_Step = 0;
+  std::string Delay_Unit;
+  std::string Array_Row_Names;  // row-name text stored with the values
+  std::vector<Source_Pair> Array_Sources;  // files an array was built from, current first
 
   // ---- point arrays, addressed (point, row), capacity + 1 points ----
   int32_t Point_Capacity = 0;
@@ -152,6 +160,7 @@ struct Session {
   float Integ_Ref = 1.0f;
   int32_t Integ_Ref_Index = 0;
   float Integ_Scale = 1.0f;
+  int16_t Integ_Disp_Mode = 0;  // display mode of the integral curves
 
   // ---- baseline points (parallel vectors, at most Base_Max) ----
   int16_t Base_Corrected = 0;  // a baseline correction has been made on the spectrum
@@ -163,10 +172,16 @@ struct Session {
   int32_t Inset_Cur = 0;
   std::vector<Text_Rec> Texts;
   std::vector<Line_Rec> Lines;
+  std::vector<Image_Rec> Images;  // pictures on the page, at most 20
+  Structure_Rec Structure;
 
   // ---- overlays: slot 0 is the main spectrum ----
   std::array<Overlay_Slot, Overlay_Max + 1> Overlay;
+  float Overlay_Shift = 0;  // "MULTI SPEC SHIFT", -1 .. 1
   int16_t Overlay_Read_Mode = 0;  // 3: the slots are kept, a read skips stored overlays
+
+  // ---- native-file blocks carried through unchanged ----
+  Native_Blocks Native;
 
   // ---- view history, newest first ----
   std::vector<View_Hist> View_History;

@@ -1,0 +1,146 @@
+// Pieces shared by the three native formats: a growing little-endian file
+// image for the writers, bounds-checked field access for the readers, the
+// parameter block layout, the list records and the keyed page blocks.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "datafiles/decoders.h"
+#include "datafiles/native.h"
+
+namespace tevo {
+struct Session;
+struct Data_Param;
+struct Font_Rec;
+struct Inset_Rec;
+struct Peak_Rec;
+struct Integ_Rec;
+}  // namespace tevo
+
+namespace tevo::datafiles::native_io {
+
+// The file image a writer builds before it goes to disk in one piece.
+class Image_Writer {
+ public:
+  std::vector<uint8_t> bytes;
+
+  size_t Size() const { return bytes.size(); }
+  // Grows the image with zero bytes so that it reaches `end`.
+  void Reach(size_t end) {
+    if (bytes.size() < end) bytes.resize(end, 0);
+  }
+  void I16(size_t off, int16_t v) { Reach(off + 2), Put_LE_Int16(bytes, off, v); }
+  void I32(size_t off, int32_t v) { Reach(off + 4), Put_LE_Int32(bytes, off, v); }
+  void F32(size_t off, float v) { Reach(off + 4), Put_LE_Float32(bytes, off, v); }
+  void F64(size_t off, double v) { Reach(off + 8), Put_LE_Float64(bytes, off, v); }
+  void Raw(size_t off, const std::vector<uint8_t>& b);
+  // Shift-JIS bytes of a UTF-8 text, zero-filled to `width`; a text longer
+  // than the field stops at the field's last whole character.
+  void Text_Field(size_t off, const std::string& utf8, size_t width);
+  // Shift-JIS bytes of the text followed by 4 zero bytes; returns the bytes
+  // written including the zeros.
+  size_t Text_Block(size_t off, const std::string& utf8);
+  // Start of the next section: (bytes so far / 16 + 1) x 16, so that a
+  // section ending on a boundary is still followed by 16 zero bytes. The
+  // padding up to it is written at once.
+  size_t Next_Section();
+};
+
+// Field access to a file image that never reads outside it: a field that
+// does not fit reads as zero and sets `short_read`.
+class Image_Reader {
+ public:
+  explicit Image_Reader(const std::vector<uint8_t>& b) : bytes(b) {}
+  const std::vector<uint8_t>& bytes;
+  mutable bool short_read = false;
+
+  size_t Size() const { return bytes.size(); }
+  bool Has(size_t off, size_t n) const { return off <= bytes.size() && n <= bytes.size() - off; }
+  int16_t I16(size_t off) const;
+  int32_t I32(size_t off) const;
+  float F32(size_t off) const;
+  double F64(size_t off) const;
+  std::string Text(size_t off, size_t width) const;  // UTF-8, trimmed
+  std::vector<uint8_t> Raw(size_t off, size_t n) const;  // clipped to the image
+};
+
+// ---- parameter block ----
+// The position of each field of the main format's parameter section; the
+// version-4 format stores the same fields shifted, which `shift` gives.
+struct Param_Layout {
+  size_t base = 0;  // file offset of the section
+  size_t text_shift = 0;  // added to offsets below 256
+  size_t field_shift = 0;  // added to offsets 256 .. 1279
+  size_t list_shift = 0;  // added to offsets from 1280
+  size_t At(size_t off) const {
+    return base + off + (off < 256 ? text_shift : off < 1280 ? field_shift : list_shift);
+  }
+};
+inline constexpr size_t Param_Section_Size = 2560;
+
+void Write_Param_Section(Image_Writer& w, const Session& s, const Param_Layout& at);
+// Reads the fields into the session; POINT was checked by the caller.
+void Read_Param_Section(const Image_Reader& r, Session& s, const Param_Layout& at);
+// RESOL, the repetition time, the scale clamp and the ppm axis after a read.
+void Finish_Param_Read(Session& s);
+
+// ---- list records shared by the main format and the overlay tables ----
+// Integral head (24 bytes) and 20-byte records; returns the bytes written.
+size_t Write_Integrals(Image_Writer& w, size_t off, const std::vector<Integ_Rec>& list,
+                       int32_t cur, float ref, float y_mag, float scale, int16_t disp_mode);
+struct Integ_Head {
+  int32_t cur = -1;
+  float ref = 1, y_mag = 0.95f, scale = 1;
+  int16_t disp_mode = 0;
+};
+std::vector<Integ_Rec> Read_Integrals(const Image_Reader& r, size_t off, size_t size,
+                                      Integ_Head& head);
+
+struct Peak_Levels {
+  float peak = 0.2f, base = 0, noise = 0.05f, max_abs = 0.1f;
+};
+// Peak head (24 bytes) and layout-2 records of 20 bytes; returns bytes written.
+size_t Write_Peaks(Image_Writer& w, size_t off, const std::vector<Peak_Rec>& list,
+                   const Peak_Levels& levels);
+// Reads any of the three layouts; points come from the frequencies with
+// `resol` Hz per point, or frequencies from the points, clamped to `points`.
+std::vector<Peak_Rec> Read_Peaks(const Image_Reader& r, size_t off, size_t size,
+                                 Peak_Levels& levels, float resol, float frequ, int32_t points);
+
+// One 512-byte inset record at `off`.
+void Write_Inset(Image_Writer& w, size_t off, const Inset_Rec& in);
+Inset_Rec Read_Inset(const Image_Reader& r, size_t off);
+
+// A 48-byte font record (size, bold, italic, four zero int16, name at 16;
+// the inset records keep the name further behind). An empty name reads as
+// "ＭＳ ゴシック".
+void Write_Font_Record(Image_Writer& w, size_t off, const Font_Rec& f, size_t name_at = 16);
+Font_Rec Read_Font_Record(const Image_Reader& r, size_t off, size_t name_at = 16);
+
+// ---- keyed page blocks ----
+// One field of a page block that stands for a settings key.
+struct Keyed_Field {
+  uint16_t off;
+  uint8_t width;  // 2: int16 followed by 2 zero bytes; 4: the key's own type
+  const char* key;
+};
+enum class Page_Block { Page, Deconv, Relax, List };
+// Lays the carried block (or zeros of `size`) down at `off` and writes the
+// keyed fields from the settings over it.
+void Write_Page_Block(Image_Writer& w, size_t off, const Session& s, Page_Block which,
+                      const std::vector<uint8_t>& carried, size_t size);
+// Keeps the block's bytes and takes its keyed fields into the settings.
+std::vector<uint8_t> Read_Page_Block(const Image_Reader& r, size_t off, size_t size,
+                                     Session& s, Page_Block which);
+
+// Messages of the readers.
+int Refuse(Session& s, const std::string& text, const std::string& caption);
+int Run_Time_Failure(Session& s, const std::string& location);
+
+std::vector<uint8_t> Load_File(const std::string& path, bool& ok);
+bool Save_File(const std::string& path, const std::vector<uint8_t>& bytes);
+
+}  // namespace tevo::datafiles::native_io
