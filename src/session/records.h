@@ -67,6 +67,7 @@ struct Data_Param {
   int32_t SCANS = 0;
   std::string SLVNT;  // solvent
   float SMEXR = 0;  // reference shift in ppm (Ref_Ppm)
+  float Ref_Origin = 0;  // ppm of point SMTMS after a reference set on a range
   int16_t SMODE = 1;  // 1 spectrum, 0 FID
   float SMTMS = 0;  // reference point (Ref_Point)
   int32_t TIMES = 0;
@@ -84,6 +85,18 @@ struct Data_Param {
   std::string Data_File;  // DFILE
   std::string Instrument_Id;  // empty: Instrument_Name stands for it
   std::string Observe_Text;  // observe frequency to 0.05 MHz, "####0.00"
+};
+
+// One row of the instrument table "OB_0ppm.frq": the 0 ppm frequency of an
+// instrument for one solvent and nucleus.
+struct Instr_Row {
+  std::string Id;  // instrument ID
+  std::string Solvent;
+  std::string Nucleus;
+  double Zero_Freq = 0;  // MHz at 0 ppm (Spectrum_Frequency)
+  float Obs_Freq = 0;  // MHz, the spectrometer's nominal frequency
+  std::string Used_Date;  // "yyyy/mm/dd hh:nn:ss"; empty is written as now
+  std::string Updated_Date;
 };
 
 struct Peak_Rec {
