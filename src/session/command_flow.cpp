@@ -35,6 +35,15 @@ std::vector<std::string> Characters(const std::string& text) {
 
 int Columns_Of(const std::string& ch) { return static_cast<int>(std::min<std::size_t>(2, Sjis_Length(ch))); }
 
+// Back to the basic mode with the mouse tools disarmed.
+void Reset_To_Basic(Mode_State& m) {
+  m.Edit_Mode = Mode_Basic;
+  m.Tool_Drag = 0;
+  m.Tool_Add = 2;
+  m.Tool_Del = 0;
+  m.Zoom_Armed = 0;
+}
+
 }  // namespace
 
 std::string Mode_Exit_Question(int16_t mode) {
@@ -65,12 +74,14 @@ bool Confirm_Mode_Exit(Session& s) {
   } else if (mode >= Mode_Peak && mode <= Mode_Inset) {
     Run(h.close, s);
   }
-  m.Edit_Mode = Mode_Basic;
-  m.Tool_Drag = 0;
-  m.Tool_Add = 2;
-  m.Tool_Del = 0;
-  m.Zoom_Armed = 0;
+  Reset_To_Basic(m);
   return true;
+}
+
+void Finish_Mode(Session& s, bool confirm) {
+  const Mode_Handlers& h = s.Mode.handlers[s.Mode.Edit_Mode];
+  Run(confirm ? h.confirm : h.cancel, s);
+  Reset_To_Basic(s.Mode);
 }
 
 bool Enter_Mode(Session& s, int16_t mode) {

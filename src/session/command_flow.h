@@ -55,6 +55,10 @@ bool Confirm_Mode_Exit(Session& s);
 // Returns false when the interlock was cancelled.
 bool Enter_Mode(Session& s, int16_t mode);
 
+// Leaves the current mode by its own button: runs the mode's confirm or
+// cancel handler without a question, then returns to the basic mode.
+void Finish_Mode(Session& s, bool confirm);
+
 // Marks an edit inside the current mode.
 void Mode_Edited(Session& s);
 

@@ -67,6 +67,7 @@ struct Data_Param {
   int32_t SCANS = 0;
   std::string SLVNT;  // solvent
   float SMEXR = 0;  // reference shift in ppm (Ref_Ppm)
+  float Ref_Origin = 0;  // ppm of point SMTMS after a reference set on a range
   int16_t SMODE = 1;  // 1 spectrum, 0 FID
   float SMTMS = 0;  // reference point (Ref_Point)
   int32_t TIMES = 0;
@@ -93,6 +94,18 @@ struct Data_Param {
   double Irr_Frequency = 0;  // irradiation frequency, MHz
   std::array<float, 32> P_List{}, D_List{}, CNST_List{}, Extra_List{};  // pulse, delay, constant lists
   bool operator==(const Data_Param&) const = default;
+};
+
+// One row of the instrument table "OB_0ppm.frq": the 0 ppm frequency of an
+// instrument for one solvent and nucleus.
+struct Instr_Row {
+  std::string Id;  // instrument ID
+  std::string Solvent;
+  std::string Nucleus;
+  double Zero_Freq = 0;  // MHz at 0 ppm (Spectrum_Frequency)
+  float Obs_Freq = 0;  // MHz, the spectrometer's nominal frequency
+  std::string Used_Date;  // "yyyy/mm/dd hh:nn:ss"; empty is written as now
+  std::string Updated_Date;
 };
 
 struct Peak_Rec {

@@ -146,6 +146,14 @@ struct Session {
   // ---- frequencies and referencing ----
   double Observe_Frequency = 0;  // MHz (OBFRQ)
   double Spectrum_Frequency = 400.0;  // MHz that corresponds to 0 ppm
+  float Reference_Value = 0;  // ppm typed in the reference mode ("Ref値")
+  std::vector<Instr_Row> Instr_Tab;  // instrument table, at most Instrument_Rows_Max rows
+  struct Reference_Memory {  // taken on entering the reference mode, for cancel
+    float Ref_Ppm = 0, Ref_Point = 0, Ref_Origin = 0;
+    double Spectrum_Frequency = 0;
+    float X_Left = 0, X_Right = 0, X_Left_Hz = 0, X_Right_Hz = 0;
+    std::vector<float> Spec_Axis;
+  } Ref_Memory;
 
   // ---- parameter block ----
   Data_Param Param;

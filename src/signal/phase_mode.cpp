@@ -131,15 +131,9 @@ void Phase_Reset_Row(Session& s) {
   Phase_Apply_Current(s, Phase_Place::Main_Window);
 }
 
-void PhaseCommand1_Click(Session& s) {
-  Phase_Commit(s);
-  s.Mode.Edit_Mode = session::Mode_Basic;
-}
+void PhaseCommand1_Click(Session& s) { session::Finish_Mode(s, true); }
 
-void PhaseCommand2_Click(Session& s) {
-  Phase_Discard(s);
-  s.Mode.Edit_Mode = session::Mode_Basic;
-}
+void PhaseCommand2_Click(Session& s) { session::Finish_Mode(s, false); }
 
 void m34_Click(Session& s) {
   s.Show_Magnitude = s.Show_Magnitude ? 0 : 1;
