@@ -10,6 +10,7 @@
 #include <map>
 #include <optional>
 
+#include "datafiles/bruker.h"
 #include "datafiles/vendor_text.h"
 #include "session/messages.h"
 #include "session/session.h"
@@ -373,7 +374,9 @@ struct Jcamp_State {
   bool have_shift_ref = false;
   double shift_ref_point = 0, shift_ref_ppm = 0;
   bool have_block = false;
-  Data_Param block;  // ##$ tags of the program's own files
+  Data_Param block;
+  double group_delay = 0, decim = 0, dspfvs = 0;  // a digital filter's delay
+  bool vendor_fid = false;  // "##ORIGIN" of a Bruker FID: raw, unconjugated data  // ##$ tags of the program's own files
   Asdf_Decoder real, imag;
 };
 
@@ -442,7 +445,13 @@ void Take_Label(Jcamp_State& st, const Label& l) {
       st.shift_ref_point = Val(list[2]);
       st.shift_ref_ppm = Val(list[3]);
     }
-  } else if (n.size() > 1 && n[0] == '$') {
+  } else if (n == "ORIGIN") {
+    const std::string u = Upper(v);
+    st.vendor_fid = u.find("BRUKER") != std::string::npos || u.find("UXNMR") != std::string::npos;
+  } else if (n == "$GRPDLY") st.group_delay = Val(v);
+  else if (n == "$DECIM") st.decim = Val(v);
+  else if (n == "$DSPFVS") st.dspfvs = Val(v);
+  else if (n.size() > 1 && n[0] == '$') {
     const std::string tag = n.substr(1);
     for (const Tag_Io& t : Param_Tags()) {
       if (t.name != tag) continue;
@@ -658,11 +667,15 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       s.Array_Row = 0;
       Alloc_Point_Arrays(s, size);
       s.Spec_Points = size;
+      s.Base_Point_Count = size;
       s.Fid_Points = n;
+      // A Bruker FID holds the raw data: its imaginary part is negated as
+      // the Bruker reader does, so the spectrum comes out with the right sense.
+      const float im_sign = st.vendor_fid ? -1.0f : 1.0f;
       for (int32_t i = 0; i < n; ++i) {
         const auto k = static_cast<std::size_t>(i);
         s.Fid_Re(k) = re[k];
-        s.Fid_Im(k) = im[k];
+        s.Fid_Im(k) = im_sign * im[k];
       }
       s.Spec_Axis.assign(static_cast<std::size_t>(size), 0.0f);
       s.Observe_Frequency = observe;
@@ -671,6 +684,11 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       s.Is_Fid = 1;
     }
     p.Observe_Text = Observe_Text_Of(observe);
+    s.Acq_Mode = 0;
+    const double delay =
+        st.group_delay > 0 ? st.group_delay : Bruker_Group_Delay(st.decim, st.dspfvs);
+    s.Fid_Shift_Preset = st.smode == 0 && delay > 0 ? static_cast<int32_t>(std::nearbyint(delay)) : -1;
+    if (st.smode == 0) s.Fid_Format_Class = st.vendor_fid ? 1 : 0;
     s.Param = p;
     Update_Scale_Values(s);
     if (info) {

@@ -292,6 +292,7 @@ int Read_Ecp(Session& s, const std::string& path) {
     s.Observe_Frequency = observe;
     s.Spectrum_Frequency = zero_ppm;
     s.Acq_Mode = 0;
+    s.Fid_Shift_Preset = -1;
     if (!fid) Update_Scale_Values(s);
     s.ui->Wait_Cursor(false);
     return 0;

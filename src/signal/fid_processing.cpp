@@ -121,7 +121,10 @@ void Open_Ft_Form(Session& s, Ft_Form_State& st) {
   s.Phase1 = 0;
   s.Zero_Fill_Factor = 1;
   s.LP_Fill_Factor = 1;
-  Recall_Fid_Shift(s);
+  // A digital filter delay read with the FID comes before any remembered
+  // shift: the first spectrum shown is then right for this very data set.
+  if (s.Fid_Shift_Preset >= 0) s.Fid_Shift = s.Fid_Shift_Preset;
+  else Recall_Fid_Shift(s);
   s.Fid_Shift = std::clamp(s.Fid_Shift, 1 - s.Base_Point_Count, s.Base_Point_Count - 1);
   Build_Window(s);
 }

@@ -50,8 +50,9 @@ int Reload_Fid_Work_File(Session& s, int32_t n);
 // ---- opening ----
 
 // The dialog's defaults: LB 0.25 Hz, window 0 .. 100 %, trapezoid 0, 0, 80,
-// 100, shift 0, zoom 1, offset 0, phases 0. Then the shift remembered for
-// this data set is recalled (see Recall_Fid_Shift), and the window built.
+// 100, shift 0, zoom 1, offset 0, phases 0. Then the shift: the digital
+// filter delay the reader found (Fid_Shift_Preset), else the one remembered
+// for this data set (see Recall_Fid_Shift); and the window is built.
 void Open_Ft_Form(Session& s, Ft_Form_State& st);
 
 // The FID shift remembered for the data set: the entry of the 100-row table
