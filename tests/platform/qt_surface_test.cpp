@@ -139,6 +139,26 @@ TEST(QtSurface, JapaneseAndSymbolTextUseRealGlyphs) {
   EXPECT_NE(latin, greek);
 }
 
+TEST(QtSurface, FontTableFromTheSystem) {
+  Probe_Font_Table();
+  const page::Font_Face* ipa = page::Find_Face("IPAGothic");
+  ASSERT_NE(ipa, nullptr);
+  EXPECT_EQ(ipa->Charset, page::Charset_Shift_Jis);
+  const page::Font_Face* dejavu = page::Find_Face("DejaVu Sans");
+  ASSERT_NE(dejavu, nullptr);
+  EXPECT_EQ(dejavu->Charset, page::Charset_Ansi);
+  // The faces the program names stay known; the surface draws stand-ins.
+  ASSERT_NE(page::Find_Face("ＭＳ Ｐゴシック"), nullptr);
+  EXPECT_EQ(page::Fonts().Symbol_Face, "Symbol");
+  Font_Rec f;
+  f.Face = "IPAMincho";
+  f.Charset = 128;
+  f.Bold = 1;
+  page::Check_Font(f);
+  EXPECT_EQ(f.Face, "IPAMincho");
+  EXPECT_EQ(f.Bold, 1);
+}
+
 TEST(QtSurface, MarkupOnARealFont) {
   Ensure_Gui_Application();
   QImage image = White_Image(300, 100);
