@@ -34,5 +34,6 @@ inline int Exit_From_Status(int status) {
 int Start_Session(Context& ctx);
 
 void Register_Settings(CLI::App& app, Context& ctx);
+void Register_Render(CLI::App& app, Context& ctx);
 
 }  // namespace tevo::cli

@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
   app.add_flag("--version", version, "print the version and stop");
 
   tevo::cli::Register_Settings(app, ctx);
+  tevo::cli::Register_Render(app, ctx);
 
   try {
     app.parse(argc, argv);
