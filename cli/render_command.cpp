@@ -10,8 +10,9 @@
 #include "datafiles/jcamp.h"
 #include "display/paint.h"
 #include "display/view_commands.h"
+#include "display/style.h"
 #ifdef TEVO_HAVE_QT
-#include "platform/qt/qt_surface.h"
+#include "platform/qt/qt_output.h"
 #endif
 
 namespace tevo::cli {
@@ -83,9 +84,12 @@ void Register_Render(CLI::App& app, Context& ctx) {
       s.X_Right = static_cast<float>(right);
     }
 #ifdef TEVO_HAVE_QT
-    st = platform::Paint_To_File(out, w, h, [&s](platform::Surface& surf) {
-      display::Picture1_Paint(s, surf);
-    });
+    platform::Ensure_Gui_Application();
+    platform::Probe_Font_Table();
+    st = platform::Render_To_File(out, w, h, 96.0,
+                                  display::Setting_Colour(s, "COL BACKGROUND", 0xFFFFFF),
+                                  [&s](platform::Surface& surf) { display::Picture1_Paint(s, surf); });
+    if (st != 0) std::cerr << "render: could not write " << out << "\n";
     ctx.exit_code = Exit_From_Status(st);
 #else
     std::cerr << "render: this build has no drawing back end\n";
