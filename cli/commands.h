@@ -39,5 +39,6 @@ void End_Session(Context& ctx);
 void Register_Settings(CLI::App& app, Context& ctx);
 void Register_Info(CLI::App& app, Context& ctx);
 void Register_Process(CLI::App& app, Context& ctx);
+void Register_Render(CLI::App& app, Context& ctx);
 
 }  // namespace tevo::cli

@@ -16,6 +16,7 @@ int main(int argc, char** argv) {
   tevo::cli::Register_Settings(app, ctx);
   tevo::cli::Register_Info(app, ctx);
   tevo::cli::Register_Process(app, ctx);
+  tevo::cli::Register_Render(app, ctx);
 
   try {
     app.parse(argc, argv);

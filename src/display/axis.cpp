@@ -28,7 +28,7 @@ void Draw_Axis_X(Session& s, platform::Surface& surf, double left, double right,
                  int y, int& bottom, double pixel_per_point) {
   const Font_Rec font = Setting_Font(s, "DISP AXFONT", 9);
   const platform::Colour colour = Setting_Colour(s, "DISP X-AXIS COL", 0);
-  const double h = Measure_Label(surf, "X", font, pixel_per_point).height;
+  const double h = Text_Height(surf, "X", font, pixel_per_point);
 
   surf.Set_Raster_Op(platform::Raster_Op::Copy);
   surf.Set_Pen(platform::Pen_Style::Solid, Round_Pixel(Setting_Num(s, "DISP AXIS WIDTH", 1)),

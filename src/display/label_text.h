@@ -17,6 +17,12 @@ struct Label_Size {
 // Character height in pixels of a font on a surface with `pixel_per_point`.
 double Font_Pixels(const Font_Rec& font, double pixel_per_point);
 
+// Height of a plain text run (no markup) in the font, as "X" gives the
+// axis its tick lengths.
+int Text_Height(platform::Surface& surf, std::string_view text, const Font_Rec& font,
+                double pixel_per_point);
+
+// Width of a label and the height of its line.
 Label_Size Measure_Label(platform::Surface& surf, std::string_view text, const Font_Rec& font,
                          double pixel_per_point);
 

@@ -82,7 +82,7 @@ void Draw_Edit_Lines(Session& s, Surface& surf, const Plot_Frame& f, Colour back
       Font_Rec font;
       font.Face = Gothic_Face;
       font.Size = 9;
-      const int th = Measure_Label(surf, "P", font, f.Pixel_Per_Point).height;
+      const int th = Text_Height(surf, "P", font, f.Pixel_Per_Point);
       const std::pair<int32_t, const char*> pivots[] = {{s.Pivot_Pp, "PP COLOR"},
                                                         {s.Pivot_P2, "PP2 COLOR"}};
       const char* names[] = {"pp", "p2"};
@@ -343,7 +343,7 @@ Paint_Result Picture1_Paint(Session& s, Surface& surf) {
   } else if (lim.left != lim.right) {
     // The axis is in the kept picture; its lowest y is measured again.
     const Font_Rec font = Setting_Font(s, "DISP AXFONT", 9);
-    const int h = Measure_Label(surf, "X", font, ppp).height;
+    const int h = Text_Height(surf, "X", font, ppp);
     f.Axis_Bottom = Round_Pixel(f.Axis_Y + 0.5 * h + h);
   }
 

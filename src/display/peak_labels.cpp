@@ -88,7 +88,7 @@ void Draw_Peak_Labels(Session& s, platform::Surface& surf, const Plot_Frame& f, 
   if (s.Peaks.empty() || s.Spec_Points <= 0 || s.X_Left == s.X_Right) return;
   const double ppp = f.Pixel_Per_Point;
   const Font_Rec font = Setting_Font(s, "DISP PDFONT", 9);
-  const double h = Measure_Label(surf, "X", font, ppp).height;
+  const double h = Text_Height(surf, "X", font, ppp);
   const double W = font.Charset == 128 ? h : 0.75 * h;
   const int hh = Round_Pixel(0.5 * h);
   const int x0 = f.Frame_Left, x1 = f.Frame_Right;

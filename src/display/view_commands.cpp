@@ -90,6 +90,16 @@ bool View_Back(Session& s) {
 
 bool Back_Enabled(const Session& s) { return !s.View_History.empty(); }
 
+void View_After_Load(Session& s) {
+  if (Has_Spectrum(s)) {
+    s.X_Left = static_cast<float>(Axis_Last(s));
+    s.X_Right = static_cast<float>(Axis_First(s));
+  }
+  s.Y_Offset = 0;
+  if (!(s.Y_Mag > 0 && s.Y_Mag <= 10000)) s.Y_Mag = 0.95f;
+  Renew_Full_Scale(s);
+}
+
 // ---- magnification ----
 
 double X_Mag(const Session& s) {

@@ -30,6 +30,11 @@ bool View_Back(Session& s);
 // The back button is enabled while the history holds an entry.
 bool Back_Enabled(const Session& s);
 
+// The view after a data set was loaded: the whole spectrum, offset 0, the
+// Y magnification back to 0.95 when it lies outside 0 .. 10000, and the
+// full scale renewed.
+void View_After_Load(Session& s);
+
 // ---- magnification ----
 
 // Horizontal magnification |FREQU / (X_Right - X_Left) / Spectrum_Frequency|;
