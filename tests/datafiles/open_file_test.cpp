@@ -85,7 +85,7 @@ using Read_Frame = Open_Fixture;
 TEST_F(Read_Frame, FailedReadBringsTheFormerDataBack) {
   Fill_Spectrum(s, "former", 1.0f);
   s.Open_Name = "/data/former.tv1";
-  s.Peaks.push_back({3, 0, 0, 12.5f});
+  s.Peaks.push_back({3, 0, 0, 1550.0f});  // 3 x 500 Hz per point, plus a part
   const auto r = Test_File(dir);
   EXPECT_EQ(Read_Routed(s, r, Test_Route(Failing_Reader)), -1);
   EXPECT_EQ(s.Param.COMNT, "former");
