@@ -8,6 +8,7 @@
 #include <fstream>
 #include <string_view>
 
+#include "editing/reference.h"
 #include "platform/ui.h"
 #include "session/messages.h"
 #include "session/session.h"
@@ -306,6 +307,7 @@ int Commit_Transform(Session& s, Ft_Form_State& st) {
   s.X_Left_Hz = static_cast<float>(s.X_Left * s.Spectrum_Frequency);
   s.Phase0 = 0;
   s.Phase1 = 0;
+  editing::Reference_After_Transform(s);  // "REF FINE SET": the line nearest 0 ppm to 0
 
   // 8. Remember the shift for the next data set of this spectrometer.
   Remember_Fid_Shift(s);

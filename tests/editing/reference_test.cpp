@@ -103,6 +103,11 @@ TEST(Reference, ConfirmStoresCentreAndInstrumentRowThatReferenceLaterData) {
   RefCommand1_Click(s);
   EXPECT_EQ(s.Mode.Edit_Mode, tevo::session::Mode_Basic);
   EXPECT_EQ(s.Data_Saved, 0);
+  EXPECT_FLOAT_EQ(static_cast<float>(s.settings.Real("REF INITITAL")), 7.26f);
+  EXPECT_NEAR(s.settings.Real("HCENTRE REF FREQ"), kObs, 1e-6);
+  EXPECT_NEAR(s.settings.Real("HCENTRE REF"), s.Spec_Axis[kN / 2], 1e-5);
+  EXPECT_NEAR(s.settings.Real("CENTRE REF"), s.Spec_Axis[kN / 2], 1e-5);
+  EXPECT_EQ(s.settings.Real("CCENTRE REF FREQ"), 0.0);
   // Centre data of this observe frequency: carrier and the ppm at N/2.
   int row = -1;
   for (int k = 0; k < 100; ++k)
@@ -156,7 +161,10 @@ TEST(Reference, FineSetPutsThePeakNearestZeroAtZero) {
     s.Spec_Re(i) += static_cast<float>(1.0 / (1.0 + d * d));
   }
   tevo::Build_Disp_Arrays(s, 0);
-  ASSERT_TRUE(Reference_Fine_Set(s));
+  Reference_After_Transform(s);  // "REF FINE SET" off: nothing moves
+  EXPECT_EQ(s.Param.SMTMS, static_cast<float>(kN / 2));
+  s.settings.Set("REF FINE SET", 1);
+  Reference_After_Transform(s);
   EXPECT_EQ(s.Param.SMTMS, static_cast<float>(tms));
   EXPECT_NEAR(s.Spec_Axis[tms], 0.0, 1e-6);
 
