@@ -2,11 +2,17 @@
 // and writes it in the format the output name asks for. A spectrum is
 // written as it was read.
 #include <nlohmann/json.hpp>
+#include <algorithm>
+#include <array>
+#include <cstdlib>
 #include <iostream>
+#include <optional>
+#include <vector>
 
 #include "commands.h"
 #include "datafiles/open_file.h"
 #include "datafiles/recognition.h"
+#include "signal/fid_processing.h"
 
 namespace tevo::cli {
 
@@ -17,12 +23,74 @@ struct Process_Options {
   std::string path;
   std::string out;
   bool json = false;
+  // processing of a FID
+  std::string window;  // exp | sine | sine2 | gauss
+  std::optional<float> lb, start, end;
+  std::string trap;  // T1,T2,T3,T4
+  int zerofill = 1;
+  std::optional<int32_t> shift, row;
+  std::string phase = "auto";  // auto | semi | P0,P1
 };
 
 void Add_Process_Options(CLI::App* cmd, Process_Options& o) {
   cmd->add_option("PATH", o.path, "data file")->required();
   cmd->add_option("-o,--output", o.out, "output file: .tv1 native, .als older native")->required();
   cmd->add_flag("--json", o.json, "print what was done as JSON");
+  cmd->add_option("--window", o.window, "window function of a FID: exp, sine, sine2, gauss")
+      ->check(CLI::IsMember({"exp", "sine", "sine2", "gauss"}));
+  cmd->add_option("--lb", o.lb, "exponential line broadening, Hz");
+  cmd->add_option("--start", o.start, "window start, percent of the FID");
+  cmd->add_option("--end", o.end, "window end, percent of the FID (up to 200)");
+  cmd->add_option("--trap", o.trap, "trapezoid corners T1,T2,T3,T4 in percent");
+  cmd->add_option("--zerofill", o.zerofill, "zero fill factor: 1, 2, 4, ...")->check(CLI::PositiveNumber);
+  cmd->add_option("--shift", o.shift, "FID shift in points (negative: right)");
+  cmd->add_option("--phase", o.phase, "auto, semi or P0,P1 in degrees");
+  cmd->add_option("--row", o.row, "row whose phase is found and applied to all rows");
+}
+
+// Splits "a,b,..." into exactly `count` numbers; false on anything else.
+bool Parse_List(const std::string& text, std::size_t count, std::vector<float>& out) {
+  out.clear();
+  std::size_t pos = 0;
+  while (pos <= text.size()) {
+    const std::size_t comma = std::min(text.find(',', pos), text.size());
+    const std::string item = text.substr(pos, comma - pos);
+    char* e = nullptr;
+    const float v = std::strtof(item.c_str(), &e);
+    if (item.empty() || *e != '\0') return false;
+    out.push_back(v);
+    pos = comma + 1;
+  }
+  return out.size() == count;
+}
+
+// The processing request from the options; false for a malformed value.
+bool Make_Request(const Process_Options& o, signal::Process_Request& req) {
+  if (!o.window.empty())
+    req.window_kind = static_cast<int16_t>(o.window == "exp" ? 0 : o.window == "sine" ? 1 : o.window == "sine2" ? 2 : 3);
+  req.line_broadening = o.lb;
+  req.window_start = o.start;
+  req.window_end = o.end;
+  std::vector<float> v;
+  if (!o.trap.empty()) {
+    if (!Parse_List(o.trap, 4, v)) return false;
+    req.trapezoid = std::array<float, 4>{v[0], v[1], v[2], v[3]};
+  }
+  if (o.zerofill & (o.zerofill - 1)) return false;  // a power of two
+  req.zero_fill = static_cast<int16_t>(std::min(o.zerofill, 1 << 14));
+  req.fid_shift = o.shift;
+  req.row = o.row;
+  if (o.phase == "auto") {
+    req.phase_mode = 0;
+  } else if (o.phase == "semi") {
+    req.phase_mode = 1;
+  } else {
+    if (!Parse_List(o.phase, 2, v)) return false;
+    req.phase_mode = 2;
+    req.phase0 = v[0];
+    req.phase1 = v[1];
+  }
+  return true;
 }
 
 // Writes the session to `out` by its extension; returns a core status word,
@@ -46,15 +114,30 @@ void Register_Process(CLI::App& app, Context& ctx) {
       return;
     }
     Session& s = ctx.session;
+    signal::Process_Request req;
+    if (!Make_Request(o, req)) {
+      std::cerr << "process: malformed --trap, --zerofill or --phase value\n";
+      ctx.exit_code = Exit_Usage;
+      return;
+    }
     const int read = datafiles::NM1D_m11_Click(s, {o.path, {}});
     if (read != 0) {
       ctx.exit_code = Exit_From_Status(read);
       return;
     }
-    if (s.Param.SMODE == 0) {
-      std::cerr << "process: " << o.path << " holds a FID; its processing options are not available yet\n";
-      ctx.exit_code = Exit_Refused;
-      return;
+    const bool fid = s.Param.SMODE == 0 || s.Is_Fid;
+    signal::Process_Report report;
+    if (fid) {
+      const int processed = signal::Process_Fid(s, req, report);
+      if (processed == 2) {
+        std::cerr << "process: --lb must be above 0 and --trap ascending\n";
+        ctx.exit_code = Exit_Usage;
+        return;
+      }
+      if (processed != 0) {
+        ctx.exit_code = Exit_From_Status(processed);
+        return;
+      }
     }
     const int written = Write_Output(s, o.out);
     if (written == 2) {
@@ -69,6 +152,15 @@ void Register_Process(CLI::App& app, Context& ctx) {
       j["written"] = o.out;
       j["status"] = written;
       j["Spec_Points"] = s.Spec_Points;
+      j["processed"] = fid;
+      if (fid) {
+        j["N"] = report.points;
+        j["shift"] = report.fid_shift;
+        j["phase"] = {{"mode", o.phase}, {"Phase0", report.phase0}, {"Phase1", report.phase1},
+                      {"pivot", report.pivot}};
+        j["Zero_Fill_Factor"] = report.zero_fill_factor;
+        j["LP_Fill_Factor"] = report.lp_fill_factor;
+      }
       std::cout << j.dump(2) << "\n";
     }
     ctx.exit_code = Exit_From_Status(written);

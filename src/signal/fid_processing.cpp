@@ -15,6 +15,7 @@
 #include "signal/fft.h"
 #include "signal/phase.h"
 #include "signal/phase_auto.h"
+#include "signal/qd_correct.h"
 #include "signal/window.h"
 
 namespace tevo::signal {
@@ -139,6 +140,12 @@ void Recall_Fid_Shift(Session& s) {
       s.Fid_Shift = Round_Int(v);
       return;
     }
+  }
+  // The filter delay the reader found in the file's parameters, else the
+  // value kept for the format class and nucleus.
+  if (s.Fid_Shift_Preset >= 0) {
+    s.Fid_Shift = s.Fid_Shift_Preset;
+    return;
   }
   const std::string key = Class_Shift_Key(s);
   if (Has_Setting(key)) s.Fid_Shift = s.settings.Int(key);
@@ -384,6 +391,47 @@ void Remember_Fid_Shift(Session& s) {
   }
   const std::string class_key = Class_Shift_Key(s);
   if (Has_Setting(class_key)) s.settings.Set(class_key, static_cast<double>(s.Fid_Shift));
+}
+
+int Process_Fid(Session& s, const Process_Request& req, Process_Report& report) {
+  Single_Converter_Correction(s);
+  if (!s.Fid_Work_Saved) Save_Fid_Work_File(s);
+  Ft_Form_State st;
+  Open_Ft_Form(s, st);
+  if (req.window_kind) s.Window_Kind = *req.window_kind;
+  if (req.line_broadening) {
+    if (!(*req.line_broadening > 0)) return 2;
+    s.Line_Broadening = *req.line_broadening;
+  }
+  if (req.window_start) s.Window_Start = *req.window_start;
+  if (req.window_end) s.Window_End = *req.window_end;
+  if (req.trapezoid) {
+    const auto& t = *req.trapezoid;
+    if (!(t[0] <= t[1] && t[1] <= t[2] && t[2] <= t[3])) return 2;
+    s.Trap_T1 = t[0], s.Trap_T2 = t[1], s.Trap_T3 = t[2], s.Trap_T4 = t[3];
+  }
+  if (req.fid_shift)
+    s.Fid_Shift = std::clamp(*req.fid_shift, 1 - s.Base_Point_Count, s.Base_Point_Count - 1);
+  if (req.row) s.Array_Row = *req.row;
+  s.Row();
+  s.Auto_Phase_Off = req.phase_mode == 0 ? 0 : 1;
+  if (req.phase_mode == 2) {
+    s.Phase0 = std::clamp(req.phase0, -Phase0_Limit, Phase0_Limit);
+    s.Phase1 = std::clamp(req.phase1, -Phase1_Limit, Phase1_Limit);
+  }
+  if (Build_Window(s) != 0) return -1;
+  while (s.Zero_Fill_Factor < req.zero_fill && Zero_Fill(s, st)) {
+  }
+  Run_Preview(s, st);
+  if (req.phase_mode == 1) Phase_Auto(s, 1, s.Spec_Points);
+  report.points = s.Spec_Points;
+  report.fid_shift = s.Fid_Shift;
+  report.phase0 = s.Phase0;
+  report.phase1 = s.Phase1;
+  report.pivot = s.Pivot_Pp;
+  report.zero_fill_factor = s.Zero_Fill_Factor;
+  report.lp_fill_factor = s.LP_Fill_Factor;
+  return Commit_Transform(s, st);
 }
 
 }  // namespace tevo::signal

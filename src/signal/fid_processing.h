@@ -8,7 +8,9 @@
 // Base_Point_Count float32 points each).
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace tevo {
@@ -122,5 +124,36 @@ void Remember_Fid_Shift(Session& s);
 // Key of the data set in the shift and centre table: Observe_Text, or the
 // observe frequency rounded to 0.05 MHz when the reader left it empty.
 std::string Shift_Memory_Key(const Session& s);
+
+// ---- the whole chain without a window (command line, batch) ----
+
+// What to change from the dialog's defaults; unset values keep them.
+struct Process_Request {
+  std::optional<int16_t> window_kind;  // 0 exp, 1 sine, 2 sine squared, 3 Gaussian
+  std::optional<float> line_broadening;  // Hz, > 0
+  std::optional<float> window_start, window_end;  // percent
+  std::optional<std::array<float, 4>> trapezoid;  // T1 <= T2 <= T3 <= T4, percent
+  std::optional<int32_t> fid_shift;  // points
+  std::optional<int32_t> row;  // row previewed (its phase goes to all rows)
+  int16_t zero_fill = 1;  // wanted Zero_Fill_Factor: 1, 2, 4, ...
+  int phase_mode = 0;  // 0 full automatic, 1 semi-automatic at the markers, 2 given
+  float phase0 = 0, phase1 = 0;  // degrees, for phase_mode 2
+};
+
+// What the chain did, taken just before the commit put the phase into the data.
+struct Process_Report {
+  int32_t points = 0;  // N
+  int32_t fid_shift = 0;
+  float phase0 = 0, phase1 = 0;  // degrees
+  int32_t pivot = 0;  // Pivot_Pp
+  int16_t zero_fill_factor = 1, lp_fill_factor = 1;
+};
+
+// A loaded FID through the processing window as the operator would: the
+// single-converter correction when flagged, the work file, the defaults and
+// remembered shift, the requested changes, zero fill, preview with phase,
+// commit. Returns 0, -1 on a failure reported through the message window,
+// or 2 for request values the dialog would refuse.
+int Process_Fid(Session& s, const Process_Request& req, Process_Report& report);
 
 }  // namespace tevo::signal

@@ -236,3 +236,47 @@ TEST(FidProcessing, FieldRulesAndHeldShiftButtons) {
 
 }  // namespace
 }  // namespace tevo::signal
+
+namespace tevo::signal {
+namespace {
+
+TEST(FidProcessing, WholeChainFromARequest) {
+  test::Temp_Dir dir;
+  Session s;
+  test::Fill_Fid(s, 2048, 2000, 4096, 400, {{512, 1.0, 0.1, 25}});
+  s.Fid_Work_File = (dir / "fid.dat").string();
+  Process_Request req;
+  req.window_kind = 2;
+  req.trapezoid = std::array<float, 4>{0, 0, 100, 100};
+  req.zero_fill = 4;
+  req.fid_shift = 1;
+  Process_Report rep;
+  ASSERT_EQ(Process_Fid(s, req, rep), 0);
+  EXPECT_EQ(rep.points, 8192);
+  EXPECT_EQ(rep.zero_fill_factor, 4);
+  EXPECT_EQ(rep.fid_shift, 1);
+  // Starting one dwell later turns a line at +512 Hz of a 4096 Hz sweep by
+  // 360 * 512 / 4096 = 45 degrees more: -(25 + 45).
+  EXPECT_NEAR(rep.phase0, -70, 2);
+  EXPECT_EQ(s.Is_Spectrum, 1);
+  EXPECT_EQ(s.Spec_Points, 8192);
+  EXPECT_EQ(s.Window_Kind, 2);
+
+  // Given phases are used as they are; refused values are reported.
+  Session t;
+  test::Fill_Fid(t, 1024, 1024, 4096, 400, {{512, 1.0, 0.1}});
+  req = {};
+  req.phase_mode = 2;
+  req.phase0 = 30;
+  ASSERT_EQ(Process_Fid(t, req, rep), 0);
+  EXPECT_EQ(rep.phase0, 30);
+  EXPECT_EQ(rep.phase1, 0);
+  Session u;
+  test::Fill_Fid(u, 1024, 1024, 4096, 400, {{512, 1.0, 0.1}});
+  req.trapezoid = std::array<float, 4>{0, 50, 40, 100};
+  EXPECT_EQ(Process_Fid(u, req, rep), 2);
+  EXPECT_EQ(u.Is_Spectrum, 0);
+}
+
+}  // namespace
+}  // namespace tevo::signal
