@@ -1,16 +1,200 @@
 #include "main_window.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include "end_dialog.h"
+#include "menu_tree.h"
+#include "plot_widget.h"
+#include "session/command_flow.h"
+#include "session/messages.h"
+#include "version.h"
 
 namespace tevo::app {
 
+namespace {
+QString Q(const std::string& s) { return QString::fromStdString(s); }
+}  // namespace
+
 Main_Window::Main_Window(Session& session, QWidget* parent)
-    : QMainWindow(parent), session_(session) {
-  setWindowTitle(QString::fromUtf8("NMR 1D              "));
-  auto* label = new QLabel(QString::fromUtf8("データがありません"), this);
-  label->setAlignment(Qt::AlignCenter);
-  setCentralWidget(label);
+    : QMainWindow(parent), session_(session), ui_(this) {
+  setObjectName("NMR1D_Form1");
+  session_.ui = &ui_;
+  setAcceptDrops(true);
+  actions_ = Build_Menus(menuBar());
+
+  auto* central = new QWidget(this);
+  layout_ = new QVBoxLayout(central);
+  layout_->setContentsMargins(0, 0, 0, 0);
+  layout_->setSpacing(0);
+  plot_ = new Plot_Widget(session_, central);
+  Build_Panels();
+  // "TOOL BAR POSIT": 0 puts the tool panel above the plot, 1 below it.
+  if (session_.settings.Int("TOOL BAR POSIT") == 1) {
+    layout_->addWidget(plot_, 1);
+    layout_->addWidget(panels_);
+  } else {
+    layout_->addWidget(panels_);
+    layout_->addWidget(plot_, 1);
+  }
+  setCentralWidget(central);
+  cursor_label_ = new QLabel(this);
+  statusBar()->addPermanentWidget(cursor_label_);
+  connect(plot_, &Plot_Widget::cursor_moved, this, [this](double ppm, double height) {
+    cursor_label_->setText(QString::asprintf("%.4f ppm   %.4g", ppm, height));
+  });
+  connect(plot_, &Plot_Widget::files_dropped, this, &Main_Window::On_Files_Dropped);
+  Connect_Commands();
   resize(1024, 720);
+  Refresh_State();
+}
+
+QAction* Main_Window::Action(const std::string& id) const {
+  auto it = actions_.find(id);
+  return it == actions_.end() ? nullptr : it->second;
+}
+
+void Main_Window::Build_Panels() {
+  panels_ = new QStackedWidget(this);
+  panels_->setObjectName("ToolPanels");
+  // Mode 0: the basic tool-bar with the view buttons and the row field.
+  auto* basic = new QWidget(panels_);
+  basic->setObjectName("BasicToolbar");
+  auto* row = new QHBoxLayout(basic);
+  row->setContentsMargins(4, 2, 4, 2);
+  for (const char* name : {"BasicText1", "BasicText2", "BasicText3", "DataText"}) {
+    auto* field = new QLineEdit(basic);
+    field->setObjectName(name);
+    field->setMaximumWidth(90);
+    row->addWidget(field);
+    fields_[name] = field;
+  }
+  row->addStretch();
+  panels_->addWidget(basic);
+  // Modes 1..6 get their panels from the subsystems that own them.
+  for (const char* name : {"RefToolbar", "PhaseToolbar", "BaselineToolbar", "PeakToolbar",
+                           "IntegralToolbar", "MultiViewToolbar"}) {
+    auto* panel = new QWidget(panels_);
+    panel->setObjectName(name);
+    panels_->addWidget(panel);
+  }
+}
+
+void Main_Window::Connect_Commands() {
+  connect(Action("m19"), &QAction::triggered, this, [this] {
+    if (Try_Exit()) QApplication::quit();
+  });
+  connect(Action("m102"), &QAction::triggered, this, &Main_Window::On_Clear_Recent);
+  connect(Action("m41"), &QAction::triggered, this, &Main_Window::On_Version);
+  connect(Action("m34"), &QAction::triggered, this, &Main_Window::On_Power_Spectrum);
+}
+
+void Main_Window::Refresh_State() {
+  for (const auto& [id, enabled] : session::Menu_Enabled(session_)) {
+    if (QAction* a = Action(id)) a->setEnabled(enabled);
+  }
+  static const std::pair<const char*, int16_t> mode_items[] = {
+      {"m21", session::Mode_Reference}, {"m22", session::Mode_Phase}, {"m23", session::Mode_Baseline},
+      {"m24", session::Mode_Peak},      {"m25", session::Mode_Integral}, {"m26", session::Mode_Inset}};
+  for (const auto& [id, mode] : mode_items) Action(id)->setChecked(session_.Mode.Edit_Mode == mode);
+  Action("m34")->setChecked(session_.Show_Magnitude != 0);
+  panels_->setCurrentIndex(std::clamp<int>(session_.Mode.Edit_Mode, 0, 6));
+  setWindowTitle(Q(session::Window_Caption(session_.Open_Name)));
+  Rebuild_Recent_Menu();
+  plot_->update();
+}
+
+void Main_Window::Rebuild_Recent_Menu() {
+  QAction* anchor = Action("RecentFile");
+  QMenu* menu = qobject_cast<QMenu*>(anchor->parent());
+  for (QAction* a : recent_actions_) {
+    menu->removeAction(a);
+    a->deleteLater();
+  }
+  recent_actions_.clear();
+  anchor->setVisible(false);
+  const auto& list = session_.settings.Recent_Files;
+  for (std::size_t k = 0; k < list.size(); ++k) {
+    auto* a = new QAction(Q(session::Recent_Caption(int(k) + 1, list[k])), menu);
+    a->setObjectName(QStringLiteral("RecentFile%1").arg(k));
+    menu->insertAction(anchor, a);
+    recent_actions_.push_back(a);
+  }
+  Action("m1003")->setVisible(!list.empty());
+  Action("m102")->setVisible(!list.empty());
+}
+
+void Main_Window::On_Clear_Recent() {
+  if (!session::Confirm_Mode_Exit(session_)) return;
+  if (Show_Message(session_, "履歴を削除しますか", Style_Yes_No + Icon_Question, "") != Msg_Yes) return;
+  session_.settings.Recent_Files.clear();
+  Refresh_State();
+}
+
+void Main_Window::On_Version() {
+  const std::string text = "tevo1d  Ver." + std::to_string(Version_Major) + "." + std::to_string(Version_Minor) +
+                           "." + std::to_string(Version_Patch);
+  Show_Message(session_, text, Icon_Information, "バージョン情報");
+}
+
+void Main_Window::On_Power_Spectrum() {
+  session_.Show_Magnitude = session_.Show_Magnitude ? 0 : 1;
+  if (session_.Disp_Points > 0) Build_Disp_Arrays(session_, 1);
+  Refresh_State();
+}
+
+void Main_Window::On_Files_Dropped(const QStringList& paths) {
+  Q_UNUSED(paths);
+  Refresh_State();
+}
+
+bool Main_Window::Try_Exit() {
+  if (!session::Confirm_Mode_Exit(session_)) return false;
+  const bool has_data = session_.Is_Spectrum != 0 || session_.Spec_Points > 0;
+  if (has_data) {
+    End_Dialog dialog(this);
+    dialog.exec();
+    if (dialog.Result() == End_Dialog::Save) {
+      // Saving on the way out arrives with the save command.
+      return false;
+    }
+    if (dialog.Result() != End_Dialog::End) return false;
+  }
+  return true;
+}
+
+void Main_Window::closeEvent(QCloseEvent* event) {
+  // The close box goes through the one way out.
+  if (Try_Exit()) {
+    event->accept();
+    QApplication::quit();
+  } else {
+    event->ignore();
+  }
+}
+
+void Main_Window::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void Main_Window::dropEvent(QDropEvent* event) {
+  QStringList paths;
+  for (const QUrl& url : event->mimeData()->urls())
+    if (url.isLocalFile()) paths << url.toLocalFile();
+  if (!paths.isEmpty()) On_Files_Dropped(paths);
 }
 
 }  // namespace tevo::app

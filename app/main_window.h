@@ -1,19 +1,64 @@
-// The main window of the application.
+// NMR1D_Form1: the one main window. It shows the plot and one tool panel,
+// builds its menus from the menu table, and hands every command to the
+// core; what a command does is decided there.
 #pragma once
 
 #include <QMainWindow>
+#include <map>
+#include <string>
 
+#include "qt_ui.h"
 #include "session/session.h"
 
+class QAction;
+class QLabel;
+class QLineEdit;
+class QStackedWidget;
+class QVBoxLayout;
+
 namespace tevo::app {
+
+class Plot_Widget;
 
 class Main_Window : public QMainWindow {
   Q_OBJECT
  public:
   explicit Main_Window(Session& session, QWidget* parent = nullptr);
 
+  // The action of a menu item by its name (nullptr when unknown).
+  QAction* Action(const std::string& id) const;
+  Plot_Widget* Plot() const { return plot_; }
+
+  // Enables, checks and captions everything from the session state; called
+  // after every command.
+  void Refresh_State();
+
+  // The end of the program through m19_Click; returns true when it may end.
+  bool Try_Exit();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
  private:
+  void Build_Panels();
+  void Connect_Commands();
+  void Rebuild_Recent_Menu();
+  void On_Files_Dropped(const QStringList& paths);
+  void On_Clear_Recent();
+  void On_Version();
+  void On_Power_Spectrum();
+
   Session& session_;
+  Qt_Ui ui_;
+  std::map<std::string, QAction*> actions_;
+  std::vector<QAction*> recent_actions_;
+  Plot_Widget* plot_ = nullptr;
+  QStackedWidget* panels_ = nullptr;
+  QVBoxLayout* layout_ = nullptr;
+  QLabel* cursor_label_ = nullptr;
+  std::map<std::string, QLineEdit*> fields_;
 };
 
 }  // namespace tevo::app
