@@ -21,7 +21,8 @@
 #include "plot_widget.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
-#include "version.h"
+#include "session/startup.h"
+#include "title_window.h"
 
 namespace tevo::app {
 
@@ -145,9 +146,7 @@ void Main_Window::On_Clear_Recent() {
 }
 
 void Main_Window::On_Version() {
-  const std::string text = "tevo1d  Ver." + std::to_string(Version_Major) + "." + std::to_string(Version_Minor) +
-                           "." + std::to_string(Version_Patch);
-  Show_Message(session_, text, Icon_Information, "バージョン情報");
+  Show_Message(session_, "tevo1d  " + Version_Caption(), Icon_Information, "バージョン情報");
 }
 
 void Main_Window::On_Power_Spectrum() {
@@ -159,6 +158,26 @@ void Main_Window::On_Power_Spectrum() {
 void Main_Window::On_Files_Dropped(const QStringList& paths) {
   Q_UNUSED(paths);
   Refresh_State();
+}
+
+void Main_Window::Start(const std::string& home, const std::string& exe_path, const std::string& command_line) {
+  session_.App_Path = session::Resolve_App_Path(home, exe_path);
+  session::Remove_Stale_Backups(session_);
+  session::Write_Handover(command_line);
+  const session::Command_Line cmd = session::Parse_Command_Line(command_line);
+  session_.Cmd_File = cmd.file;
+  session_.Cmd_From_Sibling = cmd.from_sibling;
+  session::Claim_Work_Marker(session_);
+  Refresh_State();
+}
+
+void Main_Window::Open_Command_Line() {
+  if (session_.Cmd_File.empty()) return;
+  Refresh_State();
+}
+
+void Main_Window::Shut_Down() {
+  if (!session_.App_Path.empty()) session::Shutdown_Cleanup(session_);
 }
 
 bool Main_Window::Try_Exit() {
@@ -173,6 +192,7 @@ bool Main_Window::Try_Exit() {
     }
     if (dialog.Result() != End_Dialog::End) return false;
   }
+  Shut_Down();
   return true;
 }
 

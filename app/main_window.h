@@ -33,8 +33,17 @@ class Main_Window : public QMainWindow {
   // after every command.
   void Refresh_State();
 
+  // The start-up steps that need the window's Ui (settings, user choice,
+  // work marker, command line); the window is not shown yet.
+  void Start(const std::string& home, const std::string& exe_path, const std::string& command_line);
+  // Opens the file named on the command line, if any.
+  void Open_Command_Line();
+
   // The end of the program through m19_Click; returns true when it may end.
+  // The clean-up has been done then.
   bool Try_Exit();
+  // The clean-up of the end (settings written, temporaries and markers).
+  void Shut_Down();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
