@@ -11,11 +11,13 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "basic_toolbar.h"
 #include "end_dialog.h"
 #include "menu_tree.h"
 #include "plot_widget.h"
@@ -42,14 +44,25 @@ Main_Window::Main_Window(Session& session, QWidget* parent)
   layout_->setContentsMargins(0, 0, 0, 0);
   layout_->setSpacing(0);
   plot_ = new Plot_Widget(session_, central);
+  scroll_ = new QScrollBar(Qt::Horizontal, central);
+  scroll_->setObjectName("FlatScrollBar_H");
+  scroll_->setRange(0, 10000);
+  connect(scroll_, &QScrollBar::valueChanged, this, [this](int value) {
+    if (setting_scroll_) return;  // the view itself moved the bar
+    display::Scroll_To_View(session_, value);
+    Refresh_View();
+  });
+  connect(plot_, &Plot_Widget::view_changed, this, &Main_Window::Refresh_View);
   Build_Panels();
   // "TOOL BAR POSIT": 0 puts the tool panel above the plot, 1 below it.
   if (session_.settings.Int("TOOL BAR POSIT") == 1) {
     layout_->addWidget(plot_, 1);
+    layout_->addWidget(scroll_);
     layout_->addWidget(panels_);
   } else {
     layout_->addWidget(panels_);
     layout_->addWidget(plot_, 1);
+    layout_->addWidget(scroll_);
   }
   setCentralWidget(central);
   cursor_label_ = new QLabel(this);
@@ -72,19 +85,9 @@ void Main_Window::Build_Panels() {
   panels_ = new QStackedWidget(this);
   panels_->setObjectName("ToolPanels");
   // Mode 0: the basic tool-bar with the view buttons and the row field.
-  auto* basic = new QWidget(panels_);
-  basic->setObjectName("BasicToolbar");
-  auto* row = new QHBoxLayout(basic);
-  row->setContentsMargins(4, 2, 4, 2);
-  for (const char* name : {"BasicText1", "BasicText2", "BasicText3", "DataText"}) {
-    auto* field = new QLineEdit(basic);
-    field->setObjectName(name);
-    field->setMaximumWidth(90);
-    row->addWidget(field);
-    fields_[name] = field;
-  }
-  row->addStretch();
-  panels_->addWidget(basic);
+  basic_ = new Basic_Toolbar(session_, panels_);
+  connect(basic_, &Basic_Toolbar::view_changed, this, &Main_Window::Refresh_View);
+  panels_->addWidget(basic_);
   // Modes 1..6 get their panels from the subsystems that own them.
   for (const char* name : {"RefToolbar", "PhaseToolbar", "BaselineToolbar", "PeakToolbar",
                            "IntegralToolbar", "MultiViewToolbar"}) {
@@ -115,6 +118,18 @@ void Main_Window::Refresh_State() {
   panels_->setCurrentIndex(std::clamp<int>(session_.Mode.Edit_Mode, 0, 6));
   setWindowTitle(Q(session::Window_Caption(session_.Open_Name)));
   Rebuild_Recent_Menu();
+  Refresh_View();
+}
+
+void Main_Window::Refresh_View() {
+  basic_->Refresh();
+  const display::Scroll_State bar = display::Scroll_From_View(session_);
+  setting_scroll_ = true;
+  scroll_->setEnabled(bar.enabled);
+  scroll_->setPageStep(bar.large_change);
+  scroll_->setSingleStep(bar.small_change);
+  scroll_->setValue(bar.value);
+  setting_scroll_ = false;
   plot_->update();
 }
 

@@ -12,13 +12,14 @@
 
 class QAction;
 class QLabel;
-class QLineEdit;
+class QScrollBar;
 class QStackedWidget;
 class QVBoxLayout;
 
 namespace tevo::app {
 
 class Plot_Widget;
+class Basic_Toolbar;
 
 class Main_Window : public QMainWindow {
   Q_OBJECT
@@ -32,6 +33,9 @@ class Main_Window : public QMainWindow {
   // Enables, checks and captions everything from the session state; called
   // after every command.
   void Refresh_State();
+  // Repaints the plot and shows the view in the basic fields and the bar.
+  void Refresh_View();
+  Basic_Toolbar* Basic() const { return basic_; }
 
   // The start-up steps that need the window's Ui (settings, user choice,
   // work marker, command line); the window is not shown yet.
@@ -67,7 +71,9 @@ class Main_Window : public QMainWindow {
   QStackedWidget* panels_ = nullptr;
   QVBoxLayout* layout_ = nullptr;
   QLabel* cursor_label_ = nullptr;
-  std::map<std::string, QLineEdit*> fields_;
+  Basic_Toolbar* basic_ = nullptr;
+  QScrollBar* scroll_ = nullptr;
+  bool setting_scroll_ = false;
 };
 
 }  // namespace tevo::app

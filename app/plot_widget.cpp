@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QUrl>
 
+#include "display/view_commands.h"
+
 namespace tevo::app {
 
 Plot_Widget::Plot_Widget(Session& session, QWidget* parent) : QWidget(parent), session_(session) {
@@ -18,35 +20,55 @@ Plot_Widget::Plot_Widget(Session& session, QWidget* parent) : QWidget(parent), s
 }
 
 double Plot_Widget::Ppm_At(int x) const {
-  if (width() <= 1) return session_.X_Left;
-  return session_.X_Left + (session_.X_Right - session_.X_Left) * double(x) / double(width() - 1);
+  const double x0 = frame_.Frame_Left, x1 = frame_.Frame_Right;
+  if (x1 <= x0) return session_.X_Left;
+  return session_.X_Left + (session_.X_Right - session_.X_Left) * (x - x0) / (x1 - x0);
 }
 
 void Plot_Widget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
+  frame_ = display::Make_Plot_Frame(0, width(), 0, height(), logicalDpiY() / 72.0);
   const Session& s = session_;
   if (s.Disp_Points > 1 && s.X_Left != s.X_Right) {
-    // Simple trace of the display copy over the current view.
     const int row = std::clamp(s.Array_Row, 0, std::max(0, s.Array_Rows - 1));
-    const double full = s.Y_Full_Scale > 0 ? s.Y_Full_Scale : 1.0;
     QPolygonF line;
-    const int w = width(), h = height();
     for (int i = 0; i < s.Disp_Points; ++i) {
       const double ppm = s.Disp_X[i];
-      const double fx = (ppm - s.X_Left) / (s.X_Right - s.X_Left);
-      if (fx < 0 || fx > 1) continue;
-      const double fy = s.Y_Offset + s.Disp_Y(i, row) / full;
-      line << QPointF(fx * (w - 1), (1.0 - fy) * (h - 1));
+      if ((ppm - s.X_Left) * (ppm - s.X_Right) > 0) continue;
+      line << QPointF(display::X_To_Pixel(ppm, s.X_Left, s.X_Right, frame_.Frame_Left, frame_.Frame_Right),
+                      display::Y_To_Pixel(s.Disp_Y(i, row), frame_.Frame_Base, frame_.Frame_Top,
+                                          s.Y_Full_Scale, s.Y_Offset));
     }
     painter.setPen(QPen(Qt::black, 0));
     painter.drawPolyline(line);
+  }
+  if (drag_start_.x() >= 0 && cursor_x_ >= 0) {
+    painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
+    painter.setPen(QPen(Qt::white, 0, Qt::DotLine));
+    painter.drawRect(QRect(drag_start_, QPoint(cursor_x_, cursor_y_)).normalized());
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
   }
   if (cursor_x_ >= 0) {
     painter.setPen(QPen(QColor(128, 128, 128), 0, Qt::DotLine));
     painter.drawLine(cursor_x_, 0, cursor_x_, height());
     painter.drawLine(0, cursor_y_, width(), cursor_y_);
   }
+}
+
+void Plot_Widget::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton && session_.Mouse_Tool != display::Tool_None)
+    drag_start_ = event->position().toPoint();
+}
+
+void Plot_Widget::mouseReleaseEvent(QMouseEvent* event) {
+  if (drag_start_.x() < 0 || event->button() != Qt::LeftButton) return;
+  const QPoint end = event->position().toPoint();
+  const display::Data_Point a = display::Pixel_To_Data(session_, frame_, drag_start_.x(), drag_start_.y());
+  const display::Data_Point b = display::Pixel_To_Data(session_, frame_, end.x(), end.y());
+  drag_start_ = QPoint(-1, -1);
+  display::Mouse_Zoom(session_, session_.Mouse_Tool, a, b);
+  emit view_changed();
 }
 
 void Plot_Widget::mouseMoveEvent(QMouseEvent* event) {
