@@ -20,7 +20,9 @@
 #include "basic_toolbar.h"
 #include "end_dialog.h"
 #include "menu_tree.h"
+#include "phase_panel.h"
 #include "plot_widget.h"
+#include "signal/phase_mode.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
 #include "session/startup.h"
@@ -91,8 +93,16 @@ void Main_Window::Build_Panels() {
   // Modes 1..6 get their panels from the subsystems that own them.
   for (const char* name : {"RefToolbar", "PhaseToolbar", "BaselineToolbar", "PeakToolbar",
                            "IntegralToolbar", "MultiViewToolbar"}) {
-    auto* panel = new QWidget(panels_);
-    panel->setObjectName(name);
+    QWidget* panel = nullptr;
+    if (std::string(name) == "PhaseToolbar") {
+      phase_ = new Phase_Panel(session_, signal::Phase_Place::Main_Window, panels_);
+      connect(phase_, &Phase_Panel::changed, this, &Main_Window::Refresh_View);
+      connect(phase_, &Phase_Panel::finished, this, &Main_Window::Refresh_State);
+      panel = phase_;
+    } else {
+      panel = new QWidget(panels_);
+      panel->setObjectName(name);
+    }
     panels_->addWidget(panel);
   }
 }
@@ -104,6 +114,10 @@ void Main_Window::Connect_Commands() {
   connect(Action("m102"), &QAction::triggered, this, &Main_Window::On_Clear_Recent);
   connect(Action("m41"), &QAction::triggered, this, &Main_Window::On_Version);
   connect(Action("m34"), &QAction::triggered, this, &Main_Window::On_Power_Spectrum);
+  connect(Action("m22"), &QAction::triggered, this, [this] {
+    if (signal::m22_Click(session_)) phase_->Refresh();
+    Refresh_State();
+  });
 }
 
 void Main_Window::Refresh_State() {
@@ -165,8 +179,7 @@ void Main_Window::On_Version() {
 }
 
 void Main_Window::On_Power_Spectrum() {
-  session_.Show_Magnitude = session_.Show_Magnitude ? 0 : 1;
-  if (session_.Disp_Points > 0) Build_Disp_Arrays(session_, 1);
+  signal::m34_Click(session_);
   Refresh_State();
 }
 

@@ -20,6 +20,7 @@ namespace tevo::app {
 
 class Plot_Widget;
 class Basic_Toolbar;
+class Phase_Panel;
 
 class Main_Window : public QMainWindow {
   Q_OBJECT
@@ -36,6 +37,7 @@ class Main_Window : public QMainWindow {
   // Repaints the plot and shows the view in the basic fields and the bar.
   void Refresh_View();
   Basic_Toolbar* Basic() const { return basic_; }
+  Phase_Panel* Phase() const { return phase_; }
 
   // The start-up steps that need the window's Ui (settings, user choice,
   // work marker, command line); the window is not shown yet.
@@ -72,6 +74,7 @@ class Main_Window : public QMainWindow {
   QVBoxLayout* layout_ = nullptr;
   QLabel* cursor_label_ = nullptr;
   Basic_Toolbar* basic_ = nullptr;
+  Phase_Panel* phase_ = nullptr;
   QScrollBar* scroll_ = nullptr;
   bool setting_scroll_ = false;
 };

@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "display/view_commands.h"
+#include "signal/phase_mode.h"
 
 namespace tevo::app {
 
@@ -57,6 +58,16 @@ void Plot_Widget::paintEvent(QPaintEvent*) {
 }
 
 void Plot_Widget::mousePressEvent(QMouseEvent* event) {
+  if (session_.Mode.Edit_Mode == session::Mode_Phase && session_.Mouse_Tool == display::Tool_None &&
+      session_.Disp_Points > 0) {
+    // Phase mode: a click places the pivot "pp" (left) or "p2" (right).
+    const QPoint p = event->position().toPoint();
+    const display::Data_Point d = display::Pixel_To_Data(session_, frame_, p.x(), p.y());
+    const int64_t point = int64_t(d.index) * session_.Spec_Points / session_.Disp_Points;
+    signal::Phase_Set_Marker(session_, event->button() == Qt::RightButton ? 1 : 0, int32_t(point));
+    emit view_changed();
+    return;
+  }
   if (event->button() == Qt::LeftButton && session_.Mouse_Tool != display::Tool_None)
     drag_start_ = event->position().toPoint();
 }
