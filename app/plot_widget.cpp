@@ -7,7 +7,9 @@
 #include <QPainter>
 #include <QUrl>
 
+#include "display/paint.h"
 #include "display/view_commands.h"
+#include "platform/qt/qt_surface.h"
 #include "signal/phase_mode.h"
 
 namespace tevo::app {
@@ -29,21 +31,16 @@ double Plot_Widget::Ppm_At(int x) const {
 void Plot_Widget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
-  frame_ = display::Make_Plot_Frame(0, width(), 0, height(), logicalDpiY() / 72.0);
-  const Session& s = session_;
-  if (s.Disp_Points > 1 && s.X_Left != s.X_Right) {
-    const int row = std::clamp(s.Array_Row, 0, std::max(0, s.Array_Rows - 1));
-    QPolygonF line;
-    for (int i = 0; i < s.Disp_Points; ++i) {
-      const double ppm = s.Disp_X[i];
-      if ((ppm - s.X_Left) * (ppm - s.X_Right) > 0) continue;
-      line << QPointF(display::X_To_Pixel(ppm, s.X_Left, s.X_Right, frame_.Frame_Left, frame_.Frame_Right),
-                      display::Y_To_Pixel(s.Disp_Y(i, row), frame_.Frame_Base, frame_.Frame_Top,
-                                          s.Y_Full_Scale, s.Y_Offset));
-    }
-    painter.setPen(QPen(Qt::black, 0));
-    painter.drawPolyline(line);
+  // The plot is painted into an image by the one paint routine (exact XOR
+  // there), then shown.
+  QImage image(size(), QImage::Format_RGB32);
+  image.fill(Qt::white);
+  {
+    platform::QtSurface surface(image, logicalDpiY());
+    const display::Paint_Result result = display::Picture1_Paint(session_, surface);
+    frame_ = result.frame;
   }
+  painter.drawImage(0, 0, image);
   if (drag_start_.x() >= 0 && cursor_x_ >= 0) {
     painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
     painter.setPen(QPen(Qt::white, 0, Qt::DotLine));
