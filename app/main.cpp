@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
 
   tevo::app::Main_Window window(session);
   window.Start(home, argv[0], command_line);
+  if (!window.Started()) return 0;
 
   // Wait for the title window (its timer), at most 30 seconds.
   QElapsedTimer waited;

@@ -1,6 +1,7 @@
 #include "main_window.h"
 
 #include <QAction>
+#include <filesystem>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
@@ -18,7 +19,8 @@
 #include <QVBoxLayout>
 
 #include "basic_toolbar.h"
-#include "end_dialog.h"
+#include "datafiles/open_file.h"
+#include "fid_window.h"
 #include "menu_tree.h"
 #include "phase_panel.h"
 #include "plot_widget.h"
@@ -108,6 +110,8 @@ void Main_Window::Build_Panels() {
 }
 
 void Main_Window::Connect_Commands() {
+  connect(Action("NM1D_m11"), &QAction::triggered, this, [this] { Open({}); });
+  connect(Action("m10"), &QAction::triggered, this, [this] { Save({}); });
   connect(Action("m19"), &QAction::triggered, this, [this] {
     if (Try_Exit()) QApplication::quit();
   });
@@ -160,6 +164,11 @@ void Main_Window::Rebuild_Recent_Menu() {
   for (std::size_t k = 0; k < list.size(); ++k) {
     auto* a = new QAction(Q(session::Recent_Caption(int(k) + 1, list[k])), menu);
     a->setObjectName(QStringLiteral("RecentFile%1").arg(k));
+    const std::string path = list[k];
+    connect(a, &QAction::triggered, this, [this, path] {
+      // A file that no longer exists does nothing.
+      if (std::filesystem::exists(path)) Open(path);
+    });
     menu->insertAction(anchor, a);
     recent_actions_.push_back(a);
   }
@@ -184,44 +193,61 @@ void Main_Window::On_Power_Spectrum() {
 }
 
 void Main_Window::On_Files_Dropped(const QStringList& paths) {
-  Q_UNUSED(paths);
-  Refresh_State();
+  // One file opens; several make an array, which arrives with the array reader.
+  if (paths.size() == 1) Open(paths.front().toStdString());
 }
 
 void Main_Window::Start(const std::string& home, const std::string& exe_path, const std::string& command_line) {
-  session_.App_Path = session::Resolve_App_Path(home, exe_path);
-  session::Remove_Stale_Backups(session_);
-  session::Write_Handover(command_line);
-  const session::Command_Line cmd = session::Parse_Command_Line(command_line);
-  session_.Cmd_File = cmd.file;
-  session_.Cmd_From_Sibling = cmd.from_sibling;
-  session::Claim_Work_Marker(session_);
+  session::Start_Options o;
+  o.home = home;
+  o.exe_path = exe_path;
+  o.command_line = command_line;
+  o.interactive = true;
+  o.data_kind = [this](const std::string& path) {
+    std::string p = path;
+    return datafiles::Resolve_Data_File(session_, p).status;
+  };
+  const session::Start_Result r = session::Start_Up(session_, o);
+  started_ = r.go_on;
+  if (Action("m12")) Action("m12")->setVisible(r.jeol_disk_reader);
   Refresh_State();
+}
+
+int Main_Window::Open(const std::string& path) {
+  datafiles::Open_Request request;
+  request.path = path;
+  request.fid_window = [this](Session&) {
+    Fid_Window window(session_, this);
+    window.exec();
+    return window.Result();
+  };
+  const int status = datafiles::NM1D_m11_Click(session_, request);
+  Refresh_State();
+  return status;
+}
+
+int Main_Window::Save(const std::string& path) {
+  const int status = datafiles::m10_Click(session_, path);
+  Refresh_State();
+  return status;
 }
 
 void Main_Window::Open_Command_Line() {
   if (session_.Cmd_File.empty()) return;
-  Refresh_State();
+  Open(session_.Cmd_File);
 }
 
 void Main_Window::Shut_Down() {
-  if (!session_.App_Path.empty()) session::Shutdown_Cleanup(session_);
+  if (started_) session::Shutdown_Cleanup(session_);
+  started_ = false;
 }
 
 bool Main_Window::Try_Exit() {
-  if (!session::Confirm_Mode_Exit(session_)) return false;
-  const bool has_data = session_.Is_Spectrum != 0 || session_.Spec_Points > 0;
-  if (has_data) {
-    End_Dialog dialog(this);
-    dialog.exec();
-    if (dialog.Result() == End_Dialog::Save) {
-      // Saving on the way out arrives with the save command.
-      return false;
-    }
-    if (dialog.Result() != End_Dialog::End) return false;
-  }
-  Shut_Down();
-  return true;
+  if (!started_) return true;
+  const bool end = session::m19_Click(session_, [this](Session&) { return Save({}) == 0; });
+  if (end) started_ = false;
+  Refresh_State();
+  return end;
 }
 
 void Main_Window::closeEvent(QCloseEvent* event) {

@@ -44,6 +44,15 @@ class Main_Window : public QMainWindow {
   void Start(const std::string& home, const std::string& exe_path, const std::string& command_line);
   // Opens the file named on the command line, if any.
   void Open_Command_Line();
+  // The open command (NM1D_m11) on a path, or with the file dialog when the
+  // path is empty; a FID goes through the processing window. Returns the
+  // core status (0 loaded).
+  int Open(const std::string& path);
+  // The save command (m10) to a path, or with the file dialog.
+  int Save(const std::string& path);
+  // False when the start-up ended the program (file in use, 2D data handed
+  // on, "終了" in the user window).
+  bool Started() const { return started_; }
 
   // The end of the program through m19_Click; returns true when it may end.
   // The clean-up has been done then.
@@ -77,6 +86,7 @@ class Main_Window : public QMainWindow {
   Phase_Panel* phase_ = nullptr;
   QScrollBar* scroll_ = nullptr;
   bool setting_scroll_ = false;
+  bool started_ = false;  // the start-up ran: the end writes settings and removes markers
 };
 
 }  // namespace tevo::app

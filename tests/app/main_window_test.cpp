@@ -12,7 +12,10 @@
 
 #include "session/command_flow.h"
 
-#include "end_dialog.h"
+#include "qt_ui.h"
+#include "session/user_choice.h"
+#include "support/test_support.h"
+#include <filesystem>
 #include "main_window.h"
 #include "menu_tree.h"
 
@@ -68,25 +71,36 @@ TEST(MainWindow, MenuTreeCaptionsAndEnablingFollowTheData) {
   EXPECT_TRUE(recent[0].endsWith("b.tv1"));
 }
 
+// Presses a button of the next message window as soon as it shows.
+void Press_In_Message(const char* button) {
+  QTimer::singleShot(0, [button] {
+    for (QWidget* w : QApplication::topLevelWidgets())
+      if (auto* d = qobject_cast<tevo::app::FormMsg*>(w); d && d->isVisible())
+        d->findChild<QPushButton*>(button)->click();
+  });
+}
+
 TEST(MainWindow, EndAsksWithDataAndCancelKeepsTheWindow) {
   App();
+  tevo::test::Temp_Dir home;
   tevo::Session session;
   tevo::app::Main_Window window(session);
-  EXPECT_TRUE(window.Try_Exit());  // no data: ends at once
+  tevo::session::Use_Common_Settings(session);
+  session.settings.Set("USER MODE", 1.0);
+  tevo::test::Write_Text(home / "1DCommon.ini", "");
+  window.Start(home.path().string(), "", "");
+  ASSERT_TRUE(window.Started());
+  ASSERT_FALSE(session.Work_File.empty());
+  EXPECT_TRUE(std::filesystem::exists(session.Work_File));
 
   session.Is_Spectrum = 1;
   session.Spec_Points = 1024;
-  auto press = [](const char* button) {
-    QTimer::singleShot(0, [button] {
-      for (QWidget* w : QApplication::topLevelWidgets())
-        if (auto* d = qobject_cast<tevo::app::End_Dialog*>(w); d && d->isVisible())
-          d->findChild<QPushButton*>(button)->click();
-    });
-  };
-  press("Command3");  // 終了をｷｬﾝｾﾙ
+  Press_In_Message("Command3");  // 終了をｷｬﾝｾﾙ
   EXPECT_FALSE(window.Try_Exit());
-  press("Command1");  // 保存しない
+  EXPECT_TRUE(std::filesystem::exists(session.Work_File));
+  Press_In_Message("Command1");  // 保存しない
   EXPECT_TRUE(window.Try_Exit());
+  EXPECT_FALSE(std::filesystem::exists(session.Work_File));  // markers removed at the end
 }
 
 }  // namespace
