@@ -13,7 +13,6 @@
 #include "session/command_flow.h"
 
 #include "qt_ui.h"
-#include "session/user_choice.h"
 #include "support/test_support.h"
 #include <filesystem>
 #include "main_window.h"
@@ -85,9 +84,8 @@ TEST(MainWindow, EndAsksWithDataAndCancelKeepsTheWindow) {
   tevo::test::Temp_Dir home;
   tevo::Session session;
   tevo::app::Main_Window window(session);
-  tevo::session::Use_Common_Settings(session);
-  session.settings.Set("USER MODE", 1.0);
-  tevo::test::Write_Text(home / "1DCommon.ini", "");
+  // "USER MODE" 1: the common settings, no user window.
+  tevo::test::Write_Text(home / "1DCommon.ini", "1D Common Setting\r\nUSER MODE           1\r\n");
   window.Start(home.path().string(), "", "");
   ASSERT_TRUE(window.Started());
   ASSERT_FALSE(session.Work_File.empty());
