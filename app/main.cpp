@@ -1,15 +1,57 @@
 // tevo1d: the desktop application.
+//
+// Usage: tevo1d [--home DIR] [--screenshot FILE.png] [PATH]
+// PATH follows the command-line rules of the program (quotes, "$" prefix).
+// --home sets the program folder; --screenshot paints the main window into a
+// picture once the start is done and ends (used without a display).
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <string>
 
 #include "main_window.h"
 #include "platform/qt/qt_output.h"
+#include "title_window.h"
 
 int main(int argc, char** argv) {
   QApplication qapp(argc, argv);
   // The faces of the system, for the markup's font checks and Symbol face.
   tevo::platform::Probe_Font_Table();
+  std::string home, screenshot, command_line;
+  for (int i = 1; i < argc; ++i) {
+    const std::string arg = argv[i];
+    if (arg == "--home" && i + 1 < argc) {
+      home = argv[++i];
+    } else if (arg == "--screenshot" && i + 1 < argc) {
+      screenshot = argv[++i];
+    } else {
+      if (!command_line.empty()) command_line += ' ';
+      command_line += arg;
+    }
+  }
+
   tevo::Session session;
+  tevo::app::Title_Window title;
+  if (screenshot.empty()) title.show();
+  QApplication::processEvents();
+
   tevo::app::Main_Window window(session);
+  window.Start(home, argv[0], command_line);
+  if (!window.Started()) return 0;
+
+  // Wait for the title window (its timer), at most 30 seconds.
+  QElapsedTimer waited;
+  waited.start();
+  while (screenshot.empty() && !title.Ready() && waited.elapsed() < 30000) QApplication::processEvents();
+  title.close();
   window.show();
+  window.Open_Command_Line();
+
+  if (!screenshot.empty()) {
+    QApplication::processEvents();
+    const bool ok = window.grab().save(QString::fromStdString(screenshot));
+    window.Shut_Down();
+    return ok ? 0 : 3;
+  }
   return qapp.exec();
 }

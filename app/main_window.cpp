@@ -1,16 +1,274 @@
 #include "main_window.h"
 
+#include <QAction>
+#include <filesystem>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include "basic_toolbar.h"
+#include "datafiles/open_file.h"
+#include "fid_window.h"
+#include "menu_tree.h"
+#include "phase_panel.h"
+#include "plot_widget.h"
+#include "signal/phase_mode.h"
+#include "session/command_flow.h"
+#include "session/messages.h"
+#include "session/startup.h"
+#include "title_window.h"
 
 namespace tevo::app {
 
+namespace {
+QString Q(const std::string& s) { return QString::fromStdString(s); }
+}  // namespace
+
 Main_Window::Main_Window(Session& session, QWidget* parent)
-    : QMainWindow(parent), session_(session) {
-  setWindowTitle(QString::fromUtf8("NMR 1D              "));
-  auto* label = new QLabel(QString::fromUtf8("データがありません"), this);
-  label->setAlignment(Qt::AlignCenter);
-  setCentralWidget(label);
+    : QMainWindow(parent), session_(session), ui_(this) {
+  setObjectName("NMR1D_Form1");
+  session_.ui = &ui_;
+  setAcceptDrops(true);
+  actions_ = Build_Menus(menuBar());
+
+  auto* central = new QWidget(this);
+  layout_ = new QVBoxLayout(central);
+  layout_->setContentsMargins(0, 0, 0, 0);
+  layout_->setSpacing(0);
+  plot_ = new Plot_Widget(session_, central);
+  scroll_ = new QScrollBar(Qt::Horizontal, central);
+  scroll_->setObjectName("FlatScrollBar_H");
+  scroll_->setRange(0, 10000);
+  connect(scroll_, &QScrollBar::valueChanged, this, [this](int value) {
+    if (setting_scroll_) return;  // the view itself moved the bar
+    display::Scroll_To_View(session_, value);
+    Refresh_View();
+  });
+  connect(plot_, &Plot_Widget::view_changed, this, &Main_Window::Refresh_View);
+  Build_Panels();
+  // "TOOL BAR POSIT": 0 puts the tool panel above the plot, 1 below it.
+  if (session_.settings.Int("TOOL BAR POSIT") == 1) {
+    layout_->addWidget(plot_, 1);
+    layout_->addWidget(scroll_);
+    layout_->addWidget(panels_);
+  } else {
+    layout_->addWidget(panels_);
+    layout_->addWidget(plot_, 1);
+    layout_->addWidget(scroll_);
+  }
+  setCentralWidget(central);
+  cursor_label_ = new QLabel(this);
+  statusBar()->addPermanentWidget(cursor_label_);
+  connect(plot_, &Plot_Widget::cursor_moved, this, [this](double ppm, double height) {
+    cursor_label_->setText(QString::asprintf("%.4f ppm   %.4g", ppm, height));
+  });
+  connect(plot_, &Plot_Widget::files_dropped, this, &Main_Window::On_Files_Dropped);
+  Connect_Commands();
   resize(1024, 720);
+  Refresh_State();
+}
+
+QAction* Main_Window::Action(const std::string& id) const {
+  auto it = actions_.find(id);
+  return it == actions_.end() ? nullptr : it->second;
+}
+
+void Main_Window::Build_Panels() {
+  panels_ = new QStackedWidget(this);
+  panels_->setObjectName("ToolPanels");
+  // Mode 0: the basic tool-bar with the view buttons and the row field.
+  basic_ = new Basic_Toolbar(session_, panels_);
+  connect(basic_, &Basic_Toolbar::view_changed, this, &Main_Window::Refresh_View);
+  panels_->addWidget(basic_);
+  // Modes 1..6 get their panels from the subsystems that own them.
+  for (const char* name : {"RefToolbar", "PhaseToolbar", "BaselineToolbar", "PeakToolbar",
+                           "IntegralToolbar", "MultiViewToolbar"}) {
+    QWidget* panel = nullptr;
+    if (std::string(name) == "PhaseToolbar") {
+      phase_ = new Phase_Panel(session_, signal::Phase_Place::Main_Window, panels_);
+      connect(phase_, &Phase_Panel::changed, this, &Main_Window::Refresh_View);
+      connect(phase_, &Phase_Panel::finished, this, &Main_Window::Refresh_State);
+      panel = phase_;
+    } else {
+      panel = new QWidget(panels_);
+      panel->setObjectName(name);
+    }
+    panels_->addWidget(panel);
+  }
+}
+
+void Main_Window::Connect_Commands() {
+  connect(Action("NM1D_m11"), &QAction::triggered, this, [this] { Open({}); });
+  connect(Action("m10"), &QAction::triggered, this, [this] { Save({}); });
+  connect(Action("m19"), &QAction::triggered, this, [this] {
+    if (Try_Exit()) QApplication::quit();
+  });
+  connect(Action("m102"), &QAction::triggered, this, &Main_Window::On_Clear_Recent);
+  connect(Action("m41"), &QAction::triggered, this, &Main_Window::On_Version);
+  connect(Action("m34"), &QAction::triggered, this, &Main_Window::On_Power_Spectrum);
+  connect(Action("m22"), &QAction::triggered, this, [this] {
+    if (signal::m22_Click(session_)) phase_->Refresh();
+    Refresh_State();
+  });
+}
+
+void Main_Window::Refresh_State() {
+  for (const auto& [id, enabled] : session::Menu_Enabled(session_)) {
+    if (QAction* a = Action(id)) a->setEnabled(enabled);
+  }
+  static const std::pair<const char*, int16_t> mode_items[] = {
+      {"m21", session::Mode_Reference}, {"m22", session::Mode_Phase}, {"m23", session::Mode_Baseline},
+      {"m24", session::Mode_Peak},      {"m25", session::Mode_Integral}, {"m26", session::Mode_Inset}};
+  for (const auto& [id, mode] : mode_items) Action(id)->setChecked(session_.Mode.Edit_Mode == mode);
+  Action("m34")->setChecked(session_.Show_Magnitude != 0);
+  panels_->setCurrentIndex(std::clamp<int>(session_.Mode.Edit_Mode, 0, 6));
+  setWindowTitle(Q(session::Window_Caption(session_.Open_Name)));
+  Rebuild_Recent_Menu();
+  Refresh_View();
+}
+
+void Main_Window::Refresh_View() {
+  basic_->Refresh();
+  const display::Scroll_State bar = display::Scroll_From_View(session_);
+  setting_scroll_ = true;
+  scroll_->setEnabled(bar.enabled);
+  scroll_->setPageStep(bar.large_change);
+  scroll_->setSingleStep(bar.small_change);
+  scroll_->setValue(bar.value);
+  setting_scroll_ = false;
+  plot_->update();
+}
+
+void Main_Window::Rebuild_Recent_Menu() {
+  QAction* anchor = Action("RecentFile");
+  QMenu* menu = qobject_cast<QMenu*>(anchor->parent());
+  for (QAction* a : recent_actions_) {
+    menu->removeAction(a);
+    a->deleteLater();
+  }
+  recent_actions_.clear();
+  anchor->setVisible(false);
+  const auto& list = session_.settings.Recent_Files;
+  for (std::size_t k = 0; k < list.size(); ++k) {
+    auto* a = new QAction(Q(session::Recent_Caption(int(k) + 1, list[k])), menu);
+    a->setObjectName(QStringLiteral("RecentFile%1").arg(k));
+    const std::string path = list[k];
+    connect(a, &QAction::triggered, this, [this, path] {
+      // A file that no longer exists does nothing.
+      if (std::filesystem::exists(path)) Open(path);
+    });
+    menu->insertAction(anchor, a);
+    recent_actions_.push_back(a);
+  }
+  Action("m1003")->setVisible(!list.empty());
+  Action("m102")->setVisible(!list.empty());
+}
+
+void Main_Window::On_Clear_Recent() {
+  if (!session::Confirm_Mode_Exit(session_)) return;
+  if (Show_Message(session_, "履歴を削除しますか", Style_Yes_No + Icon_Question, "") != Msg_Yes) return;
+  session_.settings.Recent_Files.clear();
+  Refresh_State();
+}
+
+void Main_Window::On_Version() {
+  Show_Message(session_, "tevo1d  " + Version_Caption(), Icon_Information, "バージョン情報");
+}
+
+void Main_Window::On_Power_Spectrum() {
+  signal::m34_Click(session_);
+  Refresh_State();
+}
+
+void Main_Window::On_Files_Dropped(const QStringList& paths) {
+  // One file opens; several make an array, which arrives with the array reader.
+  if (paths.size() == 1) Open(paths.front().toStdString());
+}
+
+void Main_Window::Start(const std::string& home, const std::string& exe_path, const std::string& command_line) {
+  session::Start_Options o;
+  o.home = home;
+  o.exe_path = exe_path;
+  o.command_line = command_line;
+  o.interactive = true;
+  o.data_kind = [this](const std::string& path) {
+    std::string p = path;
+    return datafiles::Resolve_Data_File(session_, p).status;
+  };
+  const session::Start_Result r = session::Start_Up(session_, o);
+  started_ = r.go_on;
+  if (Action("m12")) Action("m12")->setVisible(r.jeol_disk_reader);
+  Refresh_State();
+}
+
+int Main_Window::Open(const std::string& path) {
+  datafiles::Open_Request request;
+  request.path = path;
+  request.fid_window = [this](Session&) {
+    Fid_Window window(session_, this);
+    window.exec();
+    return window.Result();
+  };
+  const int status = datafiles::NM1D_m11_Click(session_, request);
+  Refresh_State();
+  return status;
+}
+
+int Main_Window::Save(const std::string& path) {
+  const int status = datafiles::m10_Click(session_, path);
+  Refresh_State();
+  return status;
+}
+
+void Main_Window::Open_Command_Line() {
+  if (session_.Cmd_File.empty()) return;
+  Open(session_.Cmd_File);
+}
+
+void Main_Window::Shut_Down() {
+  if (started_) session::Shutdown_Cleanup(session_);
+  started_ = false;
+}
+
+bool Main_Window::Try_Exit() {
+  if (!started_) return true;
+  const bool end = session::m19_Click(session_, [this](Session&) { return Save({}) == 0; });
+  if (end) started_ = false;
+  Refresh_State();
+  return end;
+}
+
+void Main_Window::closeEvent(QCloseEvent* event) {
+  // The close box goes through the one way out.
+  if (Try_Exit()) {
+    event->accept();
+    QApplication::quit();
+  } else {
+    event->ignore();
+  }
+}
+
+void Main_Window::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void Main_Window::dropEvent(QDropEvent* event) {
+  QStringList paths;
+  for (const QUrl& url : event->mimeData()->urls())
+    if (url.isLocalFile()) paths << url.toLocalFile();
+  if (!paths.isEmpty()) On_Files_Dropped(paths);
 }
 
 }  // namespace tevo::app

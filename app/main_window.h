@@ -1,19 +1,92 @@
-// The main window of the application.
+// NMR1D_Form1: the one main window. It shows the plot and one tool panel,
+// builds its menus from the menu table, and hands every command to the
+// core; what a command does is decided there.
 #pragma once
 
 #include <QMainWindow>
+#include <map>
+#include <string>
 
+#include "qt_ui.h"
 #include "session/session.h"
 
+class QAction;
+class QLabel;
+class QScrollBar;
+class QStackedWidget;
+class QVBoxLayout;
+
 namespace tevo::app {
+
+class Plot_Widget;
+class Basic_Toolbar;
+class Phase_Panel;
 
 class Main_Window : public QMainWindow {
   Q_OBJECT
  public:
   explicit Main_Window(Session& session, QWidget* parent = nullptr);
 
+  // The action of a menu item by its name (nullptr when unknown).
+  QAction* Action(const std::string& id) const;
+  Plot_Widget* Plot() const { return plot_; }
+
+  // Enables, checks and captions everything from the session state; called
+  // after every command.
+  void Refresh_State();
+  // Repaints the plot and shows the view in the basic fields and the bar.
+  void Refresh_View();
+  Basic_Toolbar* Basic() const { return basic_; }
+  Phase_Panel* Phase() const { return phase_; }
+
+  // The start-up steps that need the window's Ui (settings, user choice,
+  // work marker, command line); the window is not shown yet.
+  void Start(const std::string& home, const std::string& exe_path, const std::string& command_line);
+  // Opens the file named on the command line, if any.
+  void Open_Command_Line();
+  // The open command (NM1D_m11) on a path, or with the file dialog when the
+  // path is empty; a FID goes through the processing window. Returns the
+  // core status (0 loaded).
+  int Open(const std::string& path);
+  // The save command (m10) to a path, or with the file dialog.
+  int Save(const std::string& path);
+  // False when the start-up ended the program (file in use, 2D data handed
+  // on, "終了" in the user window).
+  bool Started() const { return started_; }
+
+  // The end of the program through m19_Click; returns true when it may end.
+  // The clean-up has been done then.
+  bool Try_Exit();
+  // The clean-up of the end (settings written, temporaries and markers).
+  void Shut_Down();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
  private:
+  void Build_Panels();
+  void Connect_Commands();
+  void Rebuild_Recent_Menu();
+  void On_Files_Dropped(const QStringList& paths);
+  void On_Clear_Recent();
+  void On_Version();
+  void On_Power_Spectrum();
+
   Session& session_;
+  Qt_Ui ui_;
+  std::map<std::string, QAction*> actions_;
+  std::vector<QAction*> recent_actions_;
+  Plot_Widget* plot_ = nullptr;
+  QStackedWidget* panels_ = nullptr;
+  QVBoxLayout* layout_ = nullptr;
+  QLabel* cursor_label_ = nullptr;
+  Basic_Toolbar* basic_ = nullptr;
+  Phase_Panel* phase_ = nullptr;
+  QScrollBar* scroll_ = nullptr;
+  bool setting_scroll_ = false;
+  bool started_ = false;  // the start-up ran: the end writes settings and removes markers
 };
 
 }  // namespace tevo::app

@@ -1,0 +1,102 @@
+#include "basic_toolbar.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QToolButton>
+
+#include "hold_button.h"
+
+namespace tevo::app {
+
+namespace {
+QString Q(const std::string& s) { return QString::fromStdString(s); }
+}  // namespace
+
+Basic_Toolbar::Basic_Toolbar(Session& session, QWidget* parent) : QWidget(parent), session_(session) {
+  setObjectName("BasicToolbar");
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(4, 2, 4, 2);
+  row->setSpacing(2);
+  // Buttons by their 1-based index; 1, 2, 3 and 10 arm a mouse tool.
+  const std::pair<int, const char*> tools[] = {{1, "□拡大"}, {2, "横拡大"}, {3, "縦拡大"}, {10, "距離"},
+                                               {4, "戻る"},  {6, "全体"},   {7, "全幅"},   {8, "自動"}};
+  for (const auto& [index, caption] : tools) {
+    auto* b = new QToolButton(this);
+    b->setObjectName(QStringLiteral("BasicToolbar_%1").arg(index));
+    b->setText(QString::fromUtf8(caption));
+    const bool tool = index <= 3 || index == 10;
+    b->setCheckable(tool);
+    connect(b, &QToolButton::clicked, this, [this, index, b, tool] {
+      if (tool && !b->isChecked()) {
+        session_.Mouse_Tool = display::Tool_None;
+      } else {
+        display::Basic_Toolbar(session_, index);
+      }
+      Refresh();
+      emit view_changed();
+    });
+    buttons_[index] = b;
+    row->addWidget(b);
+  }
+  row->addSpacing(8);
+  Add_Hold("BasicX_Left", "◀", display::View_Button::X_Left);
+  Add_Hold("BasicX_Right", "▶", display::View_Button::X_Right);
+  Add_Hold("BasicXMag_Up", "X×", display::View_Button::X_Mag_Up);
+  Add_Hold("BasicXMag_Down", "X÷", display::View_Button::X_Mag_Down);
+  Add_Hold("BasicYLevel_Up", "▲", display::View_Button::Y_Level_Up);
+  Add_Hold("BasicYLevel_Down", "▼", display::View_Button::Y_Level_Down);
+  Add_Hold("BasicYMag_Up", "Y×", display::View_Button::Y_Mag_Up);
+  Add_Hold("BasicYMag_Down", "Y÷", display::View_Button::Y_Mag_Down);
+  row->addSpacing(8);
+  const std::pair<const char*, const char*> texts[] = {
+      {"BasicText1", "Y倍率"}, {"BasicText2", "レベル"}, {"BasicText3", "X倍率"}, {"DataText", "Row"}};
+  for (const auto& [name, caption] : texts) {
+    row->addWidget(new QLabel(QString::fromUtf8(caption), this));
+    auto* field = new QLineEdit(this);
+    field->setObjectName(name);
+    field->setMaximumWidth(80);
+    row->addWidget(field);
+    fields_[name] = field;
+  }
+  Typed("BasicText1", display::Type_Y_Mag);
+  Typed("BasicText2", display::Type_Y_Level);
+  Typed("BasicText3", display::Type_X_Mag);
+  row->addStretch();
+  Refresh();
+}
+
+void Basic_Toolbar::Add_Hold(const char* name, const QString& text, display::View_Button b) {
+  auto* button = new Hold_Button(
+      text, [this, b] { held_ = display::View_Press(session_, b); },
+      [this] { return display::View_Repeat(session_, held_); }, this);
+  button->setObjectName(name);
+  connect(button, &Hold_Button::stepped, this, [this] {
+    Refresh();
+    emit view_changed();
+  });
+  layout()->addWidget(button);
+}
+
+void Basic_Toolbar::Typed(const std::string& name, display::Typed_Result (*apply)(Session&, const std::string&)) {
+  QLineEdit* field = fields_.at(name);
+  connect(field, &QLineEdit::editingFinished, this, [this, field, apply] {
+    const display::Typed_Result r = apply(session_, field->text().toStdString());
+    field->setText(Q(r.text));
+    if (r.taken) emit view_changed();
+  });
+}
+
+void Basic_Toolbar::Refresh() {
+  buttons_.at(4)->setEnabled(display::Back_Enabled(session_));
+  for (int index : {1, 2, 3, 10}) {
+    const int16_t tool = index == 10 ? display::Tool_Cursor_Pair : int16_t(index);
+    buttons_.at(index)->setChecked(session_.Mouse_Tool == tool);
+  }
+  fields_.at("BasicText1")->setText(QString::number(session_.Y_Mag, 'g', 6));
+  fields_.at("BasicText2")->setText(QString::number(session_.Y_Offset, 'g', 6));
+  fields_.at("BasicText3")->setText(Q(display::X_Mag_Text(session_)));
+  fields_.at("DataText")->setText(QString::number(session_.Array_Row + 1));
+}
+
+}  // namespace tevo::app

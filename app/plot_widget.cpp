@@ -1,0 +1,108 @@
+#include "plot_widget.h"
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QUrl>
+
+#include "display/paint.h"
+#include "display/view_commands.h"
+#include "platform/qt/qt_surface.h"
+#include "signal/phase_mode.h"
+
+namespace tevo::app {
+
+Plot_Widget::Plot_Widget(Session& session, QWidget* parent) : QWidget(parent), session_(session) {
+  setObjectName("Picture1");
+  setMouseTracking(true);
+  setAcceptDrops(true);
+  setAutoFillBackground(false);
+  setMinimumSize(320, 200);
+}
+
+double Plot_Widget::Ppm_At(int x) const {
+  const double x0 = frame_.Frame_Left, x1 = frame_.Frame_Right;
+  if (x1 <= x0) return session_.X_Left;
+  return session_.X_Left + (session_.X_Right - session_.X_Left) * (x - x0) / (x1 - x0);
+}
+
+void Plot_Widget::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(rect(), Qt::white);
+  // The plot is painted into an image by the one paint routine (exact XOR
+  // there), then shown.
+  QImage image(size(), QImage::Format_RGB32);
+  image.fill(Qt::white);
+  {
+    platform::QtSurface surface(image, logicalDpiY());
+    const display::Paint_Result result = display::Picture1_Paint(session_, surface);
+    frame_ = result.frame;
+  }
+  painter.drawImage(0, 0, image);
+  if (drag_start_.x() >= 0 && cursor_x_ >= 0) {
+    painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
+    painter.setPen(QPen(Qt::white, 0, Qt::DotLine));
+    painter.drawRect(QRect(drag_start_, QPoint(cursor_x_, cursor_y_)).normalized());
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  }
+  if (cursor_x_ >= 0) {
+    painter.setPen(QPen(QColor(128, 128, 128), 0, Qt::DotLine));
+    painter.drawLine(cursor_x_, 0, cursor_x_, height());
+    painter.drawLine(0, cursor_y_, width(), cursor_y_);
+  }
+}
+
+void Plot_Widget::mousePressEvent(QMouseEvent* event) {
+  if (session_.Mode.Edit_Mode == session::Mode_Phase && session_.Mouse_Tool == display::Tool_None &&
+      session_.Disp_Points > 0) {
+    // Phase mode: a click places the pivot "pp" (left) or "p2" (right).
+    const QPoint p = event->position().toPoint();
+    const display::Data_Point d = display::Pixel_To_Data(session_, frame_, p.x(), p.y());
+    const int64_t point = int64_t(d.index) * session_.Spec_Points / session_.Disp_Points;
+    signal::Phase_Set_Marker(session_, event->button() == Qt::RightButton ? 1 : 0, int32_t(point));
+    emit view_changed();
+    return;
+  }
+  if (event->button() == Qt::LeftButton && session_.Mouse_Tool != display::Tool_None)
+    drag_start_ = event->position().toPoint();
+}
+
+void Plot_Widget::mouseReleaseEvent(QMouseEvent* event) {
+  if (drag_start_.x() < 0 || event->button() != Qt::LeftButton) return;
+  const QPoint end = event->position().toPoint();
+  const display::Data_Point a = display::Pixel_To_Data(session_, frame_, drag_start_.x(), drag_start_.y());
+  const display::Data_Point b = display::Pixel_To_Data(session_, frame_, end.x(), end.y());
+  drag_start_ = QPoint(-1, -1);
+  display::Mouse_Zoom(session_, session_.Mouse_Tool, a, b);
+  emit view_changed();
+}
+
+void Plot_Widget::mouseMoveEvent(QMouseEvent* event) {
+  cursor_x_ = int(event->position().x());
+  cursor_y_ = int(event->position().y());
+  const double ppm = Ppm_At(cursor_x_);
+  double height = 0;
+  if (session_.Disp_Points > 0) height = Point_From_Ppm(session_, float(ppm), session_.Array_Row).height;
+  emit cursor_moved(ppm, height);
+  update();
+}
+
+void Plot_Widget::leaveEvent(QEvent*) {
+  cursor_x_ = cursor_y_ = -1;
+  update();
+}
+
+void Plot_Widget::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void Plot_Widget::dropEvent(QDropEvent* event) {
+  QStringList paths;
+  for (const QUrl& url : event->mimeData()->urls())
+    if (url.isLocalFile()) paths << url.toLocalFile();
+  if (!paths.isEmpty()) emit files_dropped(paths);
+}
+
+}  // namespace tevo::app

@@ -1,0 +1,45 @@
+// Picture1: the plot of the main window. It paints the session through the
+// one paint routine and turns mouse actions into view commands.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+#include "display/plot_geometry.h"
+#include "session/session.h"
+
+namespace tevo::app {
+
+class Plot_Widget : public QWidget {
+  Q_OBJECT
+ public:
+  explicit Plot_Widget(Session& session, QWidget* parent = nullptr);
+
+  // Ppm under a widget x, from the current view and frame.
+  double Ppm_At(int x) const;
+  // The frame of the last paint.
+  const display::Plot_Frame& Frame() const { return frame_; }
+
+ signals:
+  void cursor_moved(double ppm, double height);
+  void files_dropped(const QStringList& paths);
+  void view_changed();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  Session& session_;
+  int cursor_x_ = -1;  // cross-hair column, -1 when the mouse is outside
+  int cursor_y_ = -1;
+  display::Plot_Frame frame_;
+  QPoint drag_start_{-1, -1};  // corner of a zoom drag, (-1, -1) when none
+};
+
+}  // namespace tevo::app

@@ -1,0 +1,104 @@
+// The main window driven offscreen: menus, their enabled state, recent files
+// and the way out.
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTimer>
+#include <set>
+
+#include "session/command_flow.h"
+
+#include "qt_ui.h"
+#include "support/test_support.h"
+#include <filesystem>
+#include "main_window.h"
+#include "menu_tree.h"
+
+namespace {
+
+QApplication& App() {
+  static int argc = 1;
+  static char name[] = "test_app";
+  static char* argv[] = {name, nullptr};
+  static QApplication* app = new QApplication(argc, argv);
+  return *app;
+}
+
+TEST(MainWindow, MenuTreeCaptionsAndEnablingFollowTheData) {
+  App();
+  tevo::Session session;
+  tevo::app::Main_Window window(session);
+  // Every item of the table has exactly one action, with its caption.
+  std::set<std::string> ids;
+  for (const auto& item : tevo::app::Menu_Tree()) {
+    EXPECT_TRUE(ids.insert(item.id).second) << item.id;
+    ASSERT_NE(window.Action(item.id), nullptr) << item.id;
+  }
+  EXPECT_EQ(window.Action("NM1D_m11")->text().toStdString(), "*読込 (&O)");
+  EXPECT_EQ(window.Action("m19")->text().toStdString(), "*終了 (&X)");
+  EXPECT_EQ(window.menuBar()->actions().size(), 6);
+
+  // No data: open and end enabled, save and the edit menu not.
+  EXPECT_TRUE(window.Action("NM1D_m11")->isEnabled());
+  EXPECT_TRUE(window.Action("m19")->isEnabled());
+  EXPECT_FALSE(window.Action("m10")->isEnabled());
+  EXPECT_FALSE(window.Action("m2")->isEnabled());
+  EXPECT_FALSE(window.Action("m102")->isVisible());
+
+  // A loaded spectrum of two rows enables the edit menu and the array group.
+  session.Is_Spectrum = 1;
+  session.Spec_Points = 1024;
+  session.Array_Rows = 2;
+  tevo::session::Set_RecentFile_Menu(session, "/data/a.tv1");
+  tevo::session::Set_RecentFile_Menu(session, "/data/b.tv1");
+  window.Refresh_State();
+  EXPECT_TRUE(window.Action("m10")->isEnabled());
+  EXPECT_TRUE(window.Action("m2")->isEnabled());
+  EXPECT_TRUE(window.Action("m6")->isEnabled());
+  EXPECT_TRUE(window.Action("m102")->isVisible());
+  auto* file_menu = window.menuBar()->findChild<QMenu*>("NM1D_m1");
+  ASSERT_NE(file_menu, nullptr);
+  QStringList recent;
+  for (QAction* a : file_menu->actions())
+    if (a->objectName().startsWith("RecentFile") && a->isVisible()) recent << a->text();
+  ASSERT_EQ(recent.size(), 2);
+  EXPECT_TRUE(recent[0].startsWith("  &1. ")) << recent[0].toStdString();
+  EXPECT_TRUE(recent[0].endsWith("b.tv1"));
+}
+
+// Presses a button of the next message window as soon as it shows.
+void Press_In_Message(const char* button) {
+  QTimer::singleShot(0, [button] {
+    for (QWidget* w : QApplication::topLevelWidgets())
+      if (auto* d = qobject_cast<tevo::app::FormMsg*>(w); d && d->isVisible())
+        d->findChild<QPushButton*>(button)->click();
+  });
+}
+
+TEST(MainWindow, EndAsksWithDataAndCancelKeepsTheWindow) {
+  App();
+  tevo::test::Temp_Dir home;
+  tevo::Session session;
+  tevo::app::Main_Window window(session);
+  // "USER MODE" 1: the common settings, no user window.
+  tevo::test::Write_Text(home / "1DCommon.ini", "1D Common Setting\r\nUSER MODE           1\r\n");
+  window.Start(home.path().string(), "", "");
+  ASSERT_TRUE(window.Started());
+  ASSERT_FALSE(session.Work_File.empty());
+  EXPECT_TRUE(std::filesystem::exists(session.Work_File));
+
+  session.Is_Spectrum = 1;
+  session.Spec_Points = 1024;
+  Press_In_Message("Command3");  // 終了をｷｬﾝｾﾙ
+  EXPECT_FALSE(window.Try_Exit());
+  EXPECT_TRUE(std::filesystem::exists(session.Work_File));
+  Press_In_Message("Command1");  // 保存しない
+  EXPECT_TRUE(window.Try_Exit());
+  EXPECT_FALSE(std::filesystem::exists(session.Work_File));  // markers removed at the end
+}
+
+}  // namespace
