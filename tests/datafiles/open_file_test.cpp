@@ -241,6 +241,8 @@ TEST(Routes, ClassesAndNamesFindTheirRow) {
   EXPECT_EQ(route_of(".TV1")->read, &Read_Native);
   EXPECT_EQ(route_of(".TVO2")->read, &Read1D_DataTevoV4_2);
   EXPECT_EQ(route_of(".ALS")->read, &Read_Older_Native);
+  EXPECT_EQ(route_of(".TV2"), route_of(".TV1"));
+  EXPECT_EQ(route_of(".TVO"), route_of(".TVO1"));
   EXPECT_TRUE(route_of(".GXP")->twin);
   EXPECT_EQ(route_of("", "FID"), route_of(".BRUF"));
   EXPECT_EQ(route_of("", "PHASEFILE"), route_of(".CMX"));
