@@ -113,8 +113,10 @@ void Reset_Session_Data(Session& s, bool keep_overlays) {
   fresh.Nuclei = std::move(s.Nuclei);
   fresh.Required_Files = std::move(s.Required_Files);
   fresh.Print_Text = std::move(s.Print_Text);
+  fresh.Instr_Tab = std::move(s.Instr_Tab);
   fresh.Mode = std::move(s.Mode);
   fresh.Overlay_Read_Mode = s.Overlay_Read_Mode;
+  fresh.Overlay_Shift = s.Overlay_Shift;
   if (keep_overlays) fresh.Overlay = std::move(s.Overlay);
   // The display scale the operator set survives a new data set.
   fresh.Y_Mag = s.Y_Mag;

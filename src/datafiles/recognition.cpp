@@ -11,6 +11,7 @@
 
 #include "datafiles/decoders.h"
 #include "datafiles/text_lines.h"
+#include "datafiles/user_extensions.h"
 #include "session/messages.h"
 #include "session/session.h"
 
@@ -225,6 +226,9 @@ Recognition Classify_File(Session& s, const std::string& path) {
   r.path = path;
   r.file_class = Extension_Class(path);
   r.data_folder = Folder_Of(path);
+  // An extension the operator bound to a data type takes that type's class.
+  if (std::string bound = User_Extension_Class(User_Extensions_Of(s), r.file_class); !bound.empty())
+    r.file_class = bound;
   Rules_Before_Sniff(r);
   r.base_name = Base_Name(r.path);
   r.sniff = RDMode(s, r.path);

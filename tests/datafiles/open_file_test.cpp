@@ -188,6 +188,34 @@ TEST_F(Read_Frame, OverlaysAskedOnceAndKeptOnRequest) {
   EXPECT_EQ(s.Param.COMNT, "new data.tst");
 }
 
+TEST(Reset_Session_Data, ClearsTheDataKeepsTheProgram) {
+  Session s;
+  s.App_Path = "/app";
+  s.Work_Lock_Fd = 42;
+  s.Instr_Tab.resize(2);
+  s.settings.Recent_Files = {"/a.tv1"};
+  s.Nuclei = {{"1H", "", 1.0}};
+  Fill_Spectrum(s, "data", 1.0f);
+  s.Peaks.push_back({1, 0, 0, 500.0f});
+  s.Integrals.push_back({});
+  s.Data_Saved = 0;
+  s.Overlay[1].Slot_Points = 3;
+  Reset_Session_Data(s, true);
+  EXPECT_EQ(s.Overlay[1].Slot_Points, 3);
+  Reset_Session_Data(s, false);
+  EXPECT_EQ(s.Overlay[1].Slot_Points, 0);
+  EXPECT_EQ(s.App_Path, "/app");
+  EXPECT_EQ(s.Work_Lock_Fd, 42);
+  EXPECT_EQ(s.Instr_Tab.size(), 2u);
+  EXPECT_EQ(s.settings.Recent_Files.size(), 1u);
+  EXPECT_EQ(s.Nuclei.size(), 1u);
+  EXPECT_TRUE(s.Peaks.empty());
+  EXPECT_TRUE(s.Integrals.empty());
+  EXPECT_EQ(s.Spec_Points, 0);
+  EXPECT_EQ(s.Param.COMNT, "");
+  EXPECT_EQ(s.Data_Saved, 1);
+}
+
 TEST(Observe_Text, RoundsToFiftyKilohertz) {
   EXPECT_EQ(Observe_Text(399.78), "399.80");
   EXPECT_EQ(Observe_Text(100.6123), "100.60");
@@ -241,6 +269,8 @@ TEST(Routes, ClassesAndNamesFindTheirRow) {
   EXPECT_EQ(route_of(".TV1")->read, &Read_Native);
   EXPECT_EQ(route_of(".TVO2")->read, &Read1D_DataTevoV4_2);
   EXPECT_EQ(route_of(".ALS")->read, &Read_Older_Native);
+  EXPECT_EQ(route_of(".TV2"), route_of(".TV1"));
+  EXPECT_EQ(route_of(".TVO"), route_of(".TVO1"));
   EXPECT_TRUE(route_of(".GXP")->twin);
   EXPECT_EQ(route_of("", "FID"), route_of(".BRUF"));
   EXPECT_EQ(route_of("", "PHASEFILE"), route_of(".CMX"));

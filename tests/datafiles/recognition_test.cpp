@@ -9,6 +9,7 @@
 
 #include "datafiles/decoders.h"
 #include "datafiles/recognition.h"
+#include "datafiles/user_extensions.h"
 #include "platform/ui.h"
 #include "session/session.h"
 #include "support/test_support.h"
@@ -263,6 +264,30 @@ TEST(Twins, PairsFindTheDataMember) {
   EXPECT_EQ(t.param, (dir / "G.HED").string());
   t = Pair_Twin_Files((dir / "one.tv1").string(), ".TV1");
   EXPECT_EQ(t.data, t.param);
+}
+
+TEST(User_Extensions, RowsAsTypedAndTheClassTheyBind) {
+  EXPECT_EQ(Normalize_User_Extension("  brx "), ".BRX");
+  EXPECT_EQ(Normalize_User_Extension(".fid2"), ".FID2");
+  EXPECT_EQ(Normalize_User_Extension("   "), "");
+  const auto rows = Read_User_Extensions({{"abc", 12}, {"  ", 3}, {"raw", 1}, {".v", 4}, {"late", 0}});
+  ASSERT_EQ(rows.size(), 3u);
+  EXPECT_EQ(rows[0].ext, ".ABC");
+  EXPECT_EQ(rows[1].ext, ".RAW");
+  EXPECT_EQ(rows[2].ext, ".V");
+  EXPECT_EQ(User_Extension_Class(rows, ".ABC"), ".JDX");
+  EXPECT_EQ(User_Extension_Class(rows, ".RAW"), ".BRUF");
+  EXPECT_EQ(User_Extension_Class(rows, ".V"), ".VARF");
+  EXPECT_EQ(User_Extension_Class(rows, ".LATE"), "");
+  // The default rows bind each marker extension to its own class.
+  const std::vector<User_Extension> defaults = {{".BRUD", 0}, {".BRUF", 1}, {".VARD", 3}, {".VARF", 4}, {".CMX", 10}};
+  for (const auto& d : defaults) EXPECT_EQ(User_Extension_Class(defaults, d.ext), d.ext);
+  EXPECT_EQ(User_Data_Types().size(), 14u);
+  EXPECT_EQ(User_Type_Class(14), "");
+  const auto choices = User_Pattern_Choices("*.abc");
+  ASSERT_EQ(choices.size(), 18u);
+  EXPECT_EQ(choices[0], "*.abc");
+  EXPECT_EQ(choices[17], "*.import*");
 }
 
 }  // namespace
