@@ -33,6 +33,7 @@ enum class Setting_Rule : uint8_t {
   Always_Default,  // whatever the file says, the default stands
   Positive_Or_One,  // a scaling factor: zero or negative becomes 1.0
   Colour,  // 0xBBGGRR; a negative value takes the default (0 or white)
+  Font,  // a face name: one the system lacks falls back to the default face
 };
 
 // One row of the key table.

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <optional>
 
+#include "page/fonts.h"
 #include "session/session.h"
 #include "session/settings.h"
 #include "session/startup.h"
@@ -208,8 +209,19 @@ void Emit_Repeated(const Settings& set, const std::string& key, std::vector<std:
 void Validate_Read_Values(Settings& set) {
   for (int i = 0; i < Setting_Value_Count(); ++i) {
     const Setting_Def& def = Setting_Def_Of(i);
-    if (def.type == Setting_Type::Text || def.type == Setting_Type::List) continue;
     const std::string_view key = def.key;
+    if (def.rule == Setting_Rule::Font) {
+      // A face the system lacks gives way to the default of its kind: the
+      // Japanese default for a name with double-byte characters, else the
+      // Latin one. An empty name takes the whole default font where it is used.
+      const std::string& face = set.Text(key);
+      if (!face.empty() && !page::Find_Face(face)) {
+        const bool japanese = std::any_of(face.begin(), face.end(), [](char c) { return (c & 0x80) != 0; });
+        set.Set(key, japanese ? page::Fonts().Default_Font : page::Fonts().Latin_Font);
+      }
+      continue;
+    }
+    if (def.type == Setting_Type::Text || def.type == Setting_Type::List) continue;
     double v = set.Real(key);
     switch (def.rule) {
       case Setting_Rule::Clamp: v = std::clamp(v, def.lo, def.hi); break;
@@ -221,7 +233,8 @@ void Validate_Read_Values(Settings& set) {
       case Setting_Rule::Positive_Or_One:
         if (v <= 0) v = 1.0;
         break;
-      case Setting_Rule::None: break;
+      case Setting_Rule::None:
+      case Setting_Rule::Font: break;
     }
     set.Set(key, v);
   }

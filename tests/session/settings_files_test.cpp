@@ -48,6 +48,9 @@ TEST(SettingsFile, LineRulesClampsAndRepeatedKeys) {
       "INTEGRAL DIGIT  ; 2.5",
       "START MODE      ; 70000",  // no 16-bit number: line lost
       "AXIS FONT NAME  ; " + kMinchoSjis,
+      "PARA FONT NAME  ; No Such Face",  // unknown faces fall back by their kind
+      "LISTS FONT NAME ; " + kNihongoSjis,
+      "INTEG FONT NAME ; arial",  // faces compare without case
       "TEXT SIZE       12.5",  // no ";": key in columns 1-16
       "PRINTER TYPE;7;8",  // only the first ";" separates
       "short",  // no ";", under 17 characters: skipped
@@ -64,7 +67,7 @@ TEST(SettingsFile, LineRulesClampsAndRepeatedKeys) {
       "INSTRUMENT      ; abX",  // no row number: lost
       "FID SHIFT VAL   ; 09912.5",
       "PEAK NUM FONT   ; Arial",  // written under this name but read under another
-      "PEAK NUM NAME   ; Courier",
+      "PEAK NUM NAME   ; Courier New",
       "MUL BG COLOR    ; 99",
       "MU BG COLOR     ; 255",
       "DEPT CH 45      ; 0.7",  // coefficients are not read back
@@ -99,6 +102,9 @@ TEST(SettingsFile, LineRulesClampsAndRepeatedKeys) {
   EXPECT_EQ(set.Int("INTEGRAL DIGIT"), 2);
   EXPECT_EQ(set.Int("START MODE"), 0);
   EXPECT_EQ(set.Text("AXIS FONT NAME"), "ＭＳ 明朝");
+  EXPECT_EQ(set.Text("PARA FONT NAME"), "Arial");
+  EXPECT_EQ(set.Text("LISTS FONT NAME"), "ＭＳ ゴシック");
+  EXPECT_EQ(set.Text("INTEG FONT NAME"), "arial");
   EXPECT_DOUBLE_EQ(set.Real("TEXT SIZE"), 12.5);
   EXPECT_EQ(set.Int("PRINTER TYPE"), 0);  // "7;8" is no number
   EXPECT_EQ(set.Para_Table, "日本語 OBNUC ; x\r\nline two");
@@ -109,7 +115,7 @@ TEST(SettingsFile, LineRulesClampsAndRepeatedKeys) {
     if (r != 5) {
       EXPECT_EQ(set.Instrument[r], "") << r;
     }
-  EXPECT_EQ(set.Text("PEAK NUM FONT"), "Courier");
+  EXPECT_EQ(set.Text("PEAK NUM FONT"), "Courier New");
   EXPECT_EQ(set.Int("MUL BG COLOR"), 255);
   EXPECT_DOUBLE_EQ(set.Real("DEPT CH 45"), 0.0);
   EXPECT_EQ(set.Int("COL BACKGROUND"), 0xFFFFFF);
@@ -146,7 +152,8 @@ void Set_Unusual_Values(Settings& set) {
     ++n;
     switch (def.type) {
       case session::Setting_Type::Text:
-        set.Set(def.key, std::string("値") + std::to_string(n) + " x;y");
+        set.Set(def.key, def.rule == session::Setting_Rule::Font ? std::string(n % 2 ? "ＭＳ 明朝" : "Times New Roman")
+                                                                  : std::string("値") + std::to_string(n) + " x;y");
         break;
       case session::Setting_Type::Int16:
       case session::Setting_Type::Int32:
