@@ -40,5 +40,6 @@ void Register_Settings(CLI::App& app, Context& ctx);
 void Register_Info(CLI::App& app, Context& ctx);
 void Register_Process(CLI::App& app, Context& ctx);
 void Register_Render(CLI::App& app, Context& ctx);
+void Register_Sample(CLI::App& app, Context& ctx);
 
 }  // namespace tevo::cli

@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
   tevo::cli::Register_Info(app, ctx);
   tevo::cli::Register_Process(app, ctx);
   tevo::cli::Register_Render(app, ctx);
+  tevo::cli::Register_Sample(app, ctx);
 
   try {
     app.parse(argc, argv);

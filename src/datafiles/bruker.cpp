@@ -230,7 +230,35 @@ std::optional<fs::path> Find_File(const fs::path& folder, const std::string& nam
   return std::nullopt;
 }
 
+// The twin of a data file that carries an extension: the same stem with
+// `ext` (".aqs" beside "x.fid", ".fqs" beside "x.1r"), either case.
+std::optional<fs::path> Twin_Of(const std::string& path, const std::string& ext) {
+  const fs::path p(path);
+  std::error_code ec;
+  if (!p.has_extension() || !fs::is_regular_file(p, ec)) return std::nullopt;
+  for (const std::string& e : {ext, Upper(ext)}) {
+    fs::path twin = p;
+    twin.replace_extension(e);
+    if (fs::is_regular_file(twin, ec) && fs::file_size(twin, ec) > 0) return twin;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
+
+Kind_Check Check_Bruker_Fid_Folder(const std::string& path) {
+  if (const auto twin = Twin_Of(path, ".aqs")) return Check_Bruker_Acquisition(twin->string());
+  const auto acqus = Find_File(Folder_Of(path), "acqus");
+  if (!acqus) return {};
+  return Check_Bruker_Acquisition(acqus->string());
+}
+
+Kind_Check Check_Bruker_Processed_Folder(const std::string& path) {
+  if (const auto twin = Twin_Of(path, ".fqs")) return RMBP(twin->string());
+  const auto procs = Find_File(Folder_Of(path), "procs");
+  if (!procs) return {};
+  return RMBP(procs->string());
+}
 
 Kind_Check Check_Bruker_Acquisition(const std::string& path, int16_t* acq_mode) {
   return Check_Labels(path, "$BYTORDA", acq_mode);
@@ -423,19 +451,21 @@ int Read_Bruker_Fid(Session& s, const std::string& path) {
     s.ui->Wait_Cursor(true);
     const fs::path folder = Folder_Of(path);
     Bruker_Read r;
-    const auto acqus = Find_File(folder, "acqus");
+    // "x.fid" with its twin "x.aqs" holding the parameters, or a folder.
+    const auto twin = Twin_Of(path, ".aqs");
+    const auto acqus = twin ? twin : Find_File(folder, "acqus");
     if (!acqus) {
       s.ui->Wait_Cursor(false);
       return 1;
     }
     // acqu first, so that the values of acqus stand.
-    if (const auto acqu = Find_File(folder, "acqu"))
+    if (const auto acqu = twin ? std::nullopt : Find_File(folder, "acqu"))
       if (RPBru(r, acqu->string()) < 0) return Reader_Fail(s, 57, "RPBru/DRW");
     const int st = RPBru(r, acqus->string());
     if (st < 0) return Reader_Fail(s, 57, "RPBru/DRW");
     if (st > 0) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
 
-    const auto fid = Find_File(folder, "fid");
+    const auto fid = twin ? std::optional<fs::path>(path) : Find_File(folder, "fid");
     if (!fid) return Reader_Fail(s, 53, "RPBru/DRW");
     int err = 0;
     auto bytes = Read_Whole_File(fid->string(), &err);
@@ -526,7 +556,9 @@ int Read_Bruker_Spectrum(Session& s, const std::string& path) {
       folder = folder / "pdata" / std::to_string(*std::min_element(numbers.begin(), numbers.end()));
     }
     Bruker_Read r;
-    const auto procs = Find_File(folder, "procs");
+    // "x.1r" with its twin "x.fqs" holding the parameters, or a folder.
+    const auto twin = Twin_Of(path, ".fqs");
+    const auto procs = twin ? twin : Find_File(folder, "procs");
     if (!procs) {
       s.ui->Wait_Cursor(false);
       return 1;
@@ -547,7 +579,7 @@ int Read_Bruker_Spectrum(Session& s, const std::string& path) {
     if (const auto title = Find_File(folder, "title")) Read_Title(title->string(), r.p.COMNT);
     r.p.OBNUC = r.Nuc1.empty() || r.Nuc1 == "OFF" ? r.Nucleus : r.Nuc1;
 
-    const auto f1r = Find_File(folder, "1r");
+    const auto f1r = twin ? std::optional<fs::path>(path) : Find_File(folder, "1r");
     if (!f1r) return Reader_Fail(s, 53, "RPBruP/DRW");
     int err = 0;
     auto bytes = Read_Whole_File(f1r->string(), &err);
@@ -556,7 +588,7 @@ int Read_Bruker_Spectrum(Session& s, const std::string& path) {
     const int16_t word = Decide_Word_Format(s, bytes->size(), r.Td, r.Y_Has_Point, r.p.LOOP[3] == 0);
     const std::vector<double> vr = Decode_Words(*bytes, n, word, r.Byte_Order);
     std::vector<double> vi;
-    auto f1i = Find_File(folder, "1i");
+    auto f1i = twin ? Twin_Of(path, ".1i") : Find_File(folder, "1i");
     if (f1i) {
       auto ib = Read_Whole_File(f1i->string(), &err);
       if (!ib) return Reader_Fail(s, err, "RPBruP/DRW");

@@ -54,6 +54,12 @@ struct Bruker_Read {
 Kind_Check Check_Bruker_Acquisition(const std::string& path, int16_t* acq_mode = nullptr);
 // The same for "procs".
 Kind_Check RMBP(const std::string& path);
+// The checks as the open runs them on the data file: the acquisition check
+// of "acqus" beside "fid" (or of "x.aqs" beside "x.fid"), and RMBP of
+// "procs" beside "1r" (or of "x.fqs" beside "x.1r"). Status 1 when the
+// parameter file is missing.
+Kind_Check Check_Bruker_Fid_Folder(const std::string& path);
+Kind_Check Check_Bruker_Processed_Folder(const std::string& path);
 
 // Parameter readers into `r`. RPBru runs on "acqu" and then "acqus" and
 // works out the FID sizes; RPBruA takes the same labels for a processed read
@@ -75,7 +81,8 @@ double Bruker_Group_Delay(double decim, double dspfvs);
 // had a decimal point.
 int16_t Decide_Word_Format(Session& s, std::size_t length, int32_t td, bool y_has_point, bool ask);
 
-// Opens the raw FID of a folder (or the path of its "fid"): acqu, acqus,
+// Opens the raw FID of a folder (or the path of its "fid", or "x.fid" with
+// its twin "x.aqs"): acqu, acqus,
 // fid, the single-converter correction when ##$AQ_MOD asks for it, and the
 // digital filter delay as the preset shift. Location "RPBru/DRW".
 int Read_Bruker_Fid(Session& s, const std::string& path);

@@ -77,6 +77,8 @@ struct Jcamp_Read_Info {
 // A spectrum fills Spec_*/Ft_* and Spec_Axis ascending in ppm; a FID fills
 // Fid_Re/Fid_Im. Location "RDJ/DRW".
 int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info = nullptr);
+// RDJ as the open's routing table calls it.
+inline int Read_Jcamp(Session& s, const std::string& path) { return RDJ(s, path); }
 
 // The spectrum of the current row as compact JCAMP-DX (XYDATA, DIF/DUP).
 int Write_Jcamp_Compact(Session& s, const std::string& path);

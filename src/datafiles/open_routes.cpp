@@ -2,6 +2,10 @@
 
 #include <string_view>
 
+#include "datafiles/bruker.h"
+#include "datafiles/jcamp.h"
+#include "datafiles/jeol_jdf.h"
+
 namespace tevo::datafiles {
 
 namespace {
@@ -16,18 +20,18 @@ const Open_Route kRoutes[] = {
     {".ALS",                   true,  false, Check_Older_Native, R::First_V, Read_Older_Native,   true,  "ALS1", 0, "ALS2", 2},
     {".TV1|.TV2",              true,  false, Check_Native,       R::First_2, Read_Native,         true,  "TEVO1", 0, "TEVO2", 2},
     {".TVO1|.TVO2",            true,  false, Check_Native_V4,    R::First_V, Read1D_DataTevoV4_2, true,  "TEVO1_V4", 0, "TEVO2D_V4", 2},
-    {".ECP",                   false, false, nullptr,            R::Status_2, nullptr,            false, "ECP1", 1, "ECP2", 2},
+    {".ECP",                   false, false, Check_Ecp,          R::Status_2, Read_Ecp,           false, "ECP1", 1, "ECP2", 2},
     {".GXD|.GXP",              false, true,  nullptr,            R::First_V, nullptr,             false, "GXD1", 0, "GXD2", 2},
     {".CSV",                   false, false, nullptr,            R::None,    nullptr,             false, "", 0, "", 0},
     {".FID|.HED",              false, true,  nullptr,            R::First_V, nullptr,             false, "GE1", 0, "GE2", 2},
-    {".DX|.JDX",               false, false, nullptr,            R::Status_2, nullptr,            false, "JCAMP1", 0, "JCAMP2", 2},
+    {".DX|.JDX",               false, false, RMJ,                R::Status_2, Read_Jcamp,         false, "JCAMP1", 0, "JCAMP2", 2},
     {".ALP",                   false, false, nullptr,            R::Has_2D,  nullptr,             true,  "ALPHA1", 0, "ALPHA2", 2},
     {".LAM",                   false, false, nullptr,            R::Has_2D,  nullptr,             true,  "LAMBDA1", 0, "LAMBDA2", 2},
     {".NUT",                   false, false, nullptr,            R::First_V, nullptr,             true,  "NUTS1", 0, "NUTS2", 2},
     {".MSL",                   false, false, nullptr,            R::First_V, nullptr,             true,  "MSL1", 0, "MSL2", 2},
-    {"FID|.BRUF|.VARF",        false, false, nullptr,            R::First_V, nullptr,             false, "BRUKER1", 0, "VARIAN2", 2},
-    {".BRUA",                  false, false, nullptr,            R::None,    nullptr,             false, "BRUKER1", 0, "BRUKER2", 2},
-    {".BRUP|.BRUD|1R",         false, false, nullptr,            R::None,    nullptr,             false, "BRUKER1R", 0, "BRUKER2RR", 2},
+    {"FID|.BRUF|.VARF",        false, false, Check_Bruker_Fid_Folder, R::First_V, Read_Bruker_Fid, false, "BRUKER1", 0, "VARIAN2", 2},
+    {".BRUA",                  false, false, Check_Bruker_Fid_Folder, R::None, Read_Bruker_Fid, false, "BRUKER1", 0, "BRUKER2", 2},
+    {".BRUP|.BRUD|1R",         false, false, Check_Bruker_Processed_Folder, R::None, Read_Bruker_Spectrum, false, "BRUKER1R", 0, "BRUKER2RR", 2},
     {"DATA|PHASEFILE|.VARD|.CMX", false, false, nullptr,         R::First_V, nullptr,             false, "VAR1", 1, "VAR2D", 6},
     {".IMPORT",                false, false, nullptr,            R::First_V, nullptr,             false, "MAC", 0, "MAC", 2},
     {"SER",                    false, false, nullptr,            R::None,    nullptr,             false, "BRUKER2", 2, "BRUKER2", 2},
