@@ -1,0 +1,36 @@
+#include "dialog_parts.h"
+
+#include <QBoxLayout>
+#include <QDialog>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace tevo::app {
+
+QPushButton* Named_Button(QWidget* parent, const char* name, const QString& caption) {
+  auto* b = new QPushButton(caption, parent);
+  b->setObjectName(name);
+  b->setAutoDefault(false);
+  return b;
+}
+
+QLineEdit* Named_Field(QWidget* parent, const char* name) {
+  auto* e = new QLineEdit(parent);
+  e->setObjectName(name);
+  return e;
+}
+
+QPushButton* Ok_Cancel_Row(QDialog* dialog, QBoxLayout* layout) {
+  auto* ok = Named_Button(dialog, "Command1", QStringLiteral("OK"));
+  ok->setDefault(true);
+  auto* cancel = Named_Button(dialog, "Command2", QStringLiteral("キャンセル"));
+  QObject::connect(cancel, &QPushButton::clicked, dialog, &QDialog::reject);
+  auto* row = new QHBoxLayout;
+  row->addStretch();
+  row->addWidget(ok);
+  row->addWidget(cancel);
+  layout->addLayout(row);
+  return ok;
+}
+
+}  // namespace tevo::app

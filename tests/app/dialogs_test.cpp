@@ -1,0 +1,373 @@
+// The thin dialogs driven offscreen: fields typed, buttons pressed by their
+// control names, and the session checked against what the core computes.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTableWidget>
+#include <QTest>
+#include <cmath>
+
+#include "bruker_dialog.h"
+#include "editing/instrument_table.h"
+#include "editing/reference.h"
+#include "grid_dialog.h"
+#include "instrument_dialogs.h"
+#include "lp_dialog.h"
+#include "platform/ui.h"
+#include "range_dialog.h"
+#include "reference_panel.h"
+#include "session/session.h"
+
+namespace {
+
+QApplication& App() {
+  static int argc = 1;
+  static char name[] = "test_app";
+  static char* argv[] = {name, nullptr};
+  static QApplication* app =
+      QApplication::instance() ? qobject_cast<QApplication*>(QApplication::instance()) : new QApplication(argc, argv);
+  return *app;
+}
+
+template <class W>
+W* Child(QWidget& parent, const char* name) {
+  W* w = parent.findChild<W*>(name);
+  EXPECT_NE(w, nullptr) << name;
+  return w;
+}
+
+// Types `text` into a field and leaves it with Return, as the operator does.
+void Type(QWidget& parent, const char* name, const QString& text) {
+  QLineEdit* e = Child<QLineEdit>(parent, name);
+  e->setText(text);
+  QTest::keyClick(e, Qt::Key_Return);
+}
+
+void Press(QWidget& parent, const char* name) { Child<QPushButton>(parent, name)->click(); }
+
+QString Text(QWidget& parent, const char* name) { return Child<QLineEdit>(parent, name)->text().trimmed(); }
+
+constexpr int kN = 1024;
+constexpr double kObs = 400.13;  // MHz, carrier at the centre
+constexpr double kSw = 8000.0;  // Hz
+
+// A 1H spectrum of kN points with one Lorentzian at point `centre`, the
+// centre point N/2 at 0 ppm.
+void Make_Spectrum(tevo::Session& s, tevo::platform::Scripted_Ui& ui, int centre) {
+  ui.quiet = true;
+  s.ui = &ui;
+  tevo::Alloc_Point_Arrays(s, kN);
+  s.Spec_Points = kN;
+  s.Is_Spectrum = 1;
+  s.Observe_Frequency = kObs;
+  s.Param.FREQU = static_cast<float>(kSw);
+  s.Param.RESOL = static_cast<float>(kSw / kN);
+  s.Param.OBNUC = "1H";
+  s.Param.SLVNT = "CDCl3";
+  s.Param.Instrument_Id = "JNM400";
+  s.Param.SMTMS = kN / 2;
+  s.Param.SMEXR = 0;
+  s.Spectrum_Frequency = kObs;
+  tevo::editing::Axis_From_Reference(s);
+  for (int i = 0; i < kN; ++i) {
+    const double d = i - centre;
+    s.Spec_Re(i) = s.Ft_Re(i) = static_cast<float>(10.0 / (1.0 + d * d / 4.0));
+  }
+  tevo::Build_Disp_Arrays(s, 0);
+  s.X_Left = s.Spec_Axis[kN - 1];
+  s.X_Right = s.Spec_Axis[0];
+}
+
+TEST(Dialogs, LinearPredictionTakesValidValuesRestoresRefusedOnesAndCancels) {
+  App();
+  tevo::Session s;
+  s.Base_Point_Count = 4096;
+  {
+    tevo::app::Lp_Dialog d(s);
+    EXPECT_EQ(Text(d, "Text4"), "32");
+    Type(d, "Text4", "19");  // below 20: the old order comes back
+    EXPECT_EQ(Text(d, "Text4"), "32");
+    EXPECT_EQ(s.LP_Order, 32);
+    Type(d, "Text4", "40");
+    Type(d, "Text2", "39");  // fewer rows than the order
+    EXPECT_EQ(Text(d, "Text2"), "256");
+    // The start may reach N + 1 - p - m = 4096 + 1 - 40 - 256 = 3801.
+    Type(d, "Text3", "3802");
+    EXPECT_EQ(Text(d, "Text3"), "1");
+    Type(d, "Text3", "3801");
+    Type(d, "Text1", "31");  // backward points below 31 only
+    EXPECT_EQ(Text(d, "Text1"), "4");
+    Type(d, "Text1", "abc");
+    EXPECT_EQ(Text(d, "Text1"), "4");
+    Child<QCheckBox>(d, "Check1")->setChecked(false);
+    Press(d, "Command1");
+    EXPECT_EQ(d.result(), QDialog::Accepted);
+  }
+  EXPECT_EQ(s.LP_Order, 40);
+  EXPECT_EQ(s.LP_Points, 256);
+  EXPECT_EQ(s.LP_Start, 3801);
+  EXPECT_EQ(s.LP_Back_Points, 4);
+  EXPECT_EQ(s.LP_Stability, 0);
+
+  // Values taken while typing are given back by キャンセル.
+  {
+    tevo::app::Lp_Dialog d(s);
+    Type(d, "Text4", "60");
+    Type(d, "Text1", "10");
+    Child<QCheckBox>(d, "Check1")->setChecked(true);
+    EXPECT_EQ(s.LP_Order, 60);
+    Press(d, "Command2");
+    EXPECT_EQ(d.result(), QDialog::Rejected);
+  }
+  EXPECT_EQ(s.LP_Order, 40);
+  EXPECT_EQ(s.LP_Back_Points, 4);
+  EXPECT_EQ(s.LP_Stability, 0);
+}
+
+TEST(Dialogs, SingleConverterChoiceSetsTheCorrectionFlag) {
+  App();
+  tevo::Session s;
+  s.Acq_Mode = 1;  // as the reader found it
+  {
+    tevo::app::Bruker_Dialog d(s);
+    EXPECT_TRUE(Child<QRadioButton>(d, "Option1")->isChecked());
+    Child<QRadioButton>(d, "Option2")->setChecked(true);  // the operator knows better
+    Press(d, "Command1");
+    EXPECT_EQ(d.result(), QDialog::Accepted);
+  }
+  EXPECT_EQ(s.Acq_Mode, 0);
+  {
+    tevo::app::Bruker_Dialog d(s);
+    EXPECT_TRUE(Child<QRadioButton>(d, "Option2")->isChecked());
+    Child<QRadioButton>(d, "Option1")->setChecked(true);
+    Press(d, "Command1");
+  }
+  EXPECT_EQ(s.Acq_Mode, 1);
+  {
+    tevo::app::Bruker_Dialog d(s);
+    Child<QRadioButton>(d, "Option2")->setChecked(true);
+    Press(d, "Command2");  // abandons the reading, the flag untouched
+    EXPECT_EQ(d.result(), QDialog::Rejected);
+  }
+  EXPECT_EQ(s.Acq_Mode, 1);
+}
+
+TEST(Dialogs, RangeDialogConvertsUnitsOrdersLimitsAndKeepsPresets) {
+  App();
+  tevo::Session s;
+  tevo::platform::Scripted_Ui ui;
+  Make_Spectrum(s, ui, 700);
+  s.Spectrum_Frequency = 400;  // round numbers for the units
+  s.X_Left = 10;
+  s.X_Right = 0;
+  {
+    tevo::app::Range_Dialog d(s);
+    EXPECT_TRUE(Child<QRadioButton>(d, "Option1")->isChecked());
+    EXPECT_DOUBLE_EQ(Text(d, "Text1").toDouble(), 10.0);
+    Child<QRadioButton>(d, "Option2")->setChecked(true);  // Hz = ppm x 400
+    EXPECT_DOUBLE_EQ(Text(d, "Text1").toDouble(), 4000.0);
+    EXPECT_DOUBLE_EQ(Text(d, "Text2").toDouble(), 0.0);
+    Child<QRadioButton>(d, "Option3")->setChecked(true);
+    EXPECT_DOUBLE_EQ(Text(d, "Text1").toDouble(), 4.0);
+    Child<QRadioButton>(d, "Option2")->setChecked(true);
+    // Swapped limits: 400 Hz left of 2000 Hz.
+    Type(d, "Text1", "400");
+    Type(d, "Text2", "2000");
+    Press(d, "Command1");
+    EXPECT_EQ(d.result(), QDialog::Accepted);
+  }
+  EXPECT_EQ(s.Axis_Unit, 1);
+  EXPECT_NEAR(s.X_Left, 5.0, 1e-6);
+  EXPECT_NEAR(s.X_Right, 1.0, 1e-6);
+  ASSERT_FALSE(s.View_History.empty());  // the old view can be gone back to
+
+  // Equal limits in ppm are widened by 1 ppm; キャンセル changes nothing.
+  {
+    tevo::app::Range_Dialog d(s);
+    Child<QRadioButton>(d, "Option1")->setChecked(true);
+    Type(d, "Text1", "3");
+    Type(d, "Text2", "3");
+    Press(d, "Command2");
+  }
+  EXPECT_NEAR(s.X_Left, 5.0, 1e-6);
+  EXPECT_EQ(s.Axis_Unit, 1);
+  {
+    tevo::app::Range_Dialog d(s);
+    Child<QRadioButton>(d, "Option1")->setChecked(true);
+    Type(d, "Text1", "3");
+    Type(d, "Text2", "3");
+    Press(d, "Command1");
+  }
+  EXPECT_EQ(std::fabs(s.X_Left - s.X_Right), 1.0f);
+
+  // A preset stored in kHz lands in the 1H Hz pair as Hz and comes back.
+  {
+    tevo::app::Range_Dialog d(s);
+    Child<QRadioButton>(d, "Option3")->setChecked(true);
+    Type(d, "Text1", "2.5");
+    Type(d, "Text2", "0.5");
+    Press(d, "Command6");  // store as "Default値-2"
+    EXPECT_DOUBLE_EQ(s.settings.Real("X-L PRESET 2 HZ"), 2500.0);
+    EXPECT_DOUBLE_EQ(s.settings.Real("X-R PRESET 2 HZ"), 500.0);
+    Child<QRadioButton>(d, "Option2")->setChecked(true);
+    Type(d, "Text1", "0");
+    Type(d, "Text2", "0");
+    Press(d, "Command4");  // load "Default値-2" in Hz
+    EXPECT_DOUBLE_EQ(Text(d, "Text1").toDouble(), 2500.0);
+    EXPECT_DOUBLE_EQ(Text(d, "Text2").toDouble(), 500.0);
+    Press(d, "Command1");
+  }
+  EXPECT_NEAR(s.X_Left, 2500.0 / 400, 1e-6);
+  EXPECT_NEAR(s.X_Right, 500.0 / 400, 1e-6);
+}
+
+TEST(Dialogs, GridSettingsStoredAndBadStepRefused) {
+  App();
+  tevo::Session s;
+  {
+    tevo::app::Grid_Dialog d(s);
+    Child<QRadioButton>(d, "Option1")->setChecked(true);
+    Child<QCheckBox>(d, "Check1")->setChecked(false);
+    EXPECT_TRUE(Child<QLineEdit>(d, "Text1")->isEnabled());
+    Type(d, "Text1", "0.5");
+    Type(d, "Text3", "2");
+    Press(d, "Command1");
+    EXPECT_EQ(d.result(), QDialog::Accepted);
+  }
+  EXPECT_EQ(s.settings.Int("DISPLAY GRID"), 1);
+  EXPECT_EQ(s.settings.Int("GRID X AUTO"), 0);
+  EXPECT_DOUBLE_EQ(s.settings.Real("GRID X INC"), 0.5);
+  EXPECT_DOUBLE_EQ(s.settings.Real("DISP GRID WIDTH"), 2.0);
+  {
+    tevo::app::Grid_Dialog d(s);
+    EXPECT_TRUE(Child<QRadioButton>(d, "Option1")->isChecked());
+    Child<QRadioButton>(d, "Option2")->setChecked(true);
+    Type(d, "Text1", "-1");  // a fixed step must be positive
+    Press(d, "Command1");
+    EXPECT_NE(d.result(), QDialog::Accepted);
+  }
+  EXPECT_EQ(s.settings.Int("DISPLAY GRID"), 1);
+  EXPECT_DOUBLE_EQ(s.settings.Real("GRID X INC"), 0.5);
+  {
+    tevo::app::Grid_Dialog d(s);
+    Child<QRadioButton>(d, "Option2")->setChecked(true);
+    Press(d, "Command1");
+  }
+  EXPECT_EQ(s.settings.Int("DISPLAY GRID"), 0);
+}
+
+TEST(Dialogs, ReferencePanelMovesThePeakToTheTypedShiftAndCancelRestores) {
+  App();
+  tevo::Session s;
+  tevo::platform::Scripted_Ui ui;
+  Make_Spectrum(s, ui, 700);
+  const std::vector<float> axis = s.Spec_Axis;
+  ASSERT_TRUE(tevo::editing::m21_Click(s));
+  tevo::app::Reference_Panel panel(s);
+  QSignalSpy changed(&panel, &tevo::app::Reference_Panel::changed);
+  QSignalSpy finished(&panel, &tevo::app::Reference_Panel::finished);
+  Type(panel, "RefText1", "7.26");
+  Type(panel, "RefText1", "x");  // not a number: the last value comes back
+  EXPECT_NEAR(Text(panel, "RefText1").toDouble(), 7.26, 1e-9);
+  panel.Range_Dragged(720, 680);
+  EXPECT_EQ(changed.count(), 1);
+  // The summit (point 700) reads 7.26 ppm, and the 0 ppm frequency follows
+  // from the summit's offset from the carrier: 700/1024 - 0.5 of the width.
+  EXPECT_NEAR(s.Spec_Axis[700], 7.26, 1e-4);
+  const double f0 = ((700.0 / kN - 0.5) * kSw * 1e-6 + kObs) / (7.26e-6 + 1);
+  EXPECT_NEAR(s.Spectrum_Frequency, f0, 1e-6);
+  // A point 100 further lies 100 x RESOL Hz higher.
+  EXPECT_NEAR(s.Spec_Axis[800] - s.Spec_Axis[700], 100 * kSw / kN / f0, 1e-4);
+
+  Press(panel, "RefCommand2");
+  EXPECT_EQ(finished.count(), 1);
+  EXPECT_EQ(s.Spec_Axis, axis);
+  EXPECT_DOUBLE_EQ(s.Spectrum_Frequency, kObs);
+}
+
+TEST(Dialogs, InstrumentTableDeletionsIdEntryAndReferenceFromARow) {
+  App();
+  tevo::Session s;
+  tevo::platform::Scripted_Ui ui;
+  Make_Spectrum(s, ui, 700);
+  s.Instr_Tab = {{"JNM400", "CDCL3", "1H", 400.1302, 400.15, "", ""},
+                 {"jnm400", "DMSO", "1H", 400.1310, 400.15, "", ""},
+                 {"JNM500", "CDCL3", "1H", 500.1600, 500.15, "", ""}};
+  s.settings.Instrument_Ids = {"JNM400", "JNM500"};
+
+  // The pick: its own row (ID, solvent, nucleus in any case, 400.15 within
+  // 0.05 MHz of 400.13) is pre-selected; OK takes its 0 ppm frequency.
+  {
+    tevo::app::Instrument_Pick_Dialog d(s);
+    auto* list = Child<QListWidget>(d, "List1");
+    ASSERT_EQ(list->count(), 3);
+    EXPECT_EQ(list->currentRow(), 0);
+    Press(d, "Command1");
+    EXPECT_EQ(d.result(), QDialog::Accepted);
+  }
+  EXPECT_DOUBLE_EQ(s.Spectrum_Frequency, 400.1302);
+  // Another solvent asks first; No keeps the window and the reference.
+  {
+    tevo::app::Instrument_Pick_Dialog d(s);
+    Child<QListWidget>(d, "List1")->setCurrentRow(1);
+    ui.button_answers = {2};
+    Press(d, "Command1");
+    EXPECT_NE(d.result(), QDialog::Accepted);
+    EXPECT_DOUBLE_EQ(s.Spectrum_Frequency, 400.1302);
+    ASSERT_FALSE(ui.shown.empty());
+    EXPECT_EQ(ui.shown.back().title, "核種エラー");
+    ui.button_answers = {1};
+    Press(d, "Command1");
+    EXPECT_EQ(d.result(), QDialog::Accepted);
+  }
+  EXPECT_DOUBLE_EQ(s.Spectrum_Frequency, 400.1310);
+
+  // The table window: a row and an ID deleted after their questions.
+  {
+    tevo::app::Instrument_Table_Dialog d(s);
+    auto* table = Child<QTableWidget>(d, "Grid1");
+    ASSERT_EQ(table->rowCount(), 3);
+    EXPECT_EQ(table->horizontalHeaderItem(3)->text().toStdString(), "0ppmの周波数");
+    EXPECT_EQ(table->item(2, 3)->text().trimmed().toStdString(), "500.16");
+    table->setCurrentCell(1, 0);
+    ui.button_answers = {2};
+    Press(d, "Command4");
+    EXPECT_EQ(table->rowCount(), 3);
+    ui.button_answers = {1};
+    Press(d, "Command4");
+    EXPECT_EQ(table->rowCount(), 2);
+    EXPECT_EQ(ui.shown.back().title, "装置 Dataの削除");
+    auto* ids = Child<QListWidget>(d, "List1");
+    ids->setCurrentRow(1);
+    ui.button_answers = {1};
+    Press(d, "Command3");
+    EXPECT_EQ(ids->count(), 1);
+    EXPECT_EQ(ui.shown.back().title, "装置IDの削除");
+  }
+  ASSERT_EQ(s.Instr_Tab.size(), 2u);
+  EXPECT_EQ(s.Instr_Tab[1].Id, "JNM500");
+  EXPECT_EQ(s.settings.Instrument_Ids, std::vector<std::string>{"JNM400"});
+
+  // The ID entry stores the typed ID in upper case; キャンセル leaves it.
+  {
+    tevo::app::Instrument_Id_Dialog d(s);
+    EXPECT_EQ(Text(d, "Text1").toStdString(), "JNM400");
+    Type(d, "Text1", " jnm600 ");
+    Press(d, "Command2");
+  }
+  EXPECT_EQ(s.Param.Instrument_Id, "JNM400");
+  {
+    tevo::app::Instrument_Id_Dialog d(s);
+    Type(d, "Text1", " jnm600 ");
+    Press(d, "Command1");
+  }
+  EXPECT_EQ(s.Param.Instrument_Id, "JNM600");
+}
+
+}  // namespace
