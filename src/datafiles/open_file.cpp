@@ -254,6 +254,7 @@ int NM1D_m11_Click(Session& s, const Open_Request& request) {
   if (route == nullptr) return Refuse(s, "Dataが違います", Data_Error);
 
   const std::string former_work_copy = Work_Copy_Path(s);
+  const std::string former_name = s.Open_Name;
   const int status = Read_Routed(s, r, *route);
   if (status != 0) return status;
 
@@ -275,7 +276,7 @@ int NM1D_m11_Click(Session& s, const Open_Request& request) {
     const std::string result = request.fid_window(s);
     if (result.empty()) {
       std::error_code ec;
-      if (fs::exists(former_work_copy, ec)) Read_Back_Work_Copy(s, former_work_copy, s.Open_Name);
+      if (fs::exists(former_work_copy, ec)) Read_Back_Work_Copy(s, former_work_copy, former_name);
       return 1;
     }
   }

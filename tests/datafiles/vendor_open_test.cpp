@@ -1,0 +1,128 @@
+// Real instrument files through the open command: each finds its row of the
+// routing table and its reader, FIDs reach the processing window, 2D files
+// are refused, and truncated or damaged copies leave the former data set.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "datafiles/open_file.h"
+#include "datafiles/open_routes.h"
+#include "datafiles/recognition.h"
+#include "platform/ui.h"
+#include "session/session.h"
+#include "support/test_support.h"
+
+namespace tevo::datafiles {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Data(const std::string& rel) { return test::Test_Data_File(rel).string(); }
+std::string Bruker(const std::string& rel) {
+  return Data("bruker-data-test@1.0.0/data/unzipped/" + rel);
+}
+std::string Jcamp(const std::string& name) { return Data("jcamp-data-test@0.2.1/data/" + name); }
+std::string Jeol(const std::string& name) { return Data("jeol-data-test@0.5.2/data/" + name); }
+
+struct Vendor_Open : ::testing::Test {
+  test::Temp_Dir dir;
+  platform::Scripted_Ui ui;
+  Session s;
+  int fid_window_calls = 0;
+  Vendor_Open() {
+    ui.quiet = true;
+    s.ui = &ui;
+    s.App_Path = dir.path().string();
+    s.Log_Mode = -1;
+  }
+  // The open as the main window runs it, with a processing window that
+  // accepts the FID as it is.
+  int Open(const std::string& path) {
+    Open_Request req{path, [this](Session&) {
+                       ++fid_window_calls;
+                       return std::string("OKX");
+                     }};
+    return NM1D_m11_Click(s, req);
+  }
+  std::string Route_Tag(const std::string& path) {
+    Session probe;
+    probe.ui = &ui;
+    const Open_Route* route = Find_Route(Classify_File(probe, path));
+    return route == nullptr ? "" : route->tag_1d;
+  }
+};
+
+TEST_F(Vendor_Open, EachFormatFindsItsRouteAndReader) {
+  struct Expected {
+    std::string path, tag;
+    bool fid;
+    int32_t points;
+    std::string nucleus;
+    int index;
+    float value;  // the point `index` of Fid_Re or Spec_Re, as the reader tests fix it
+  };
+  const std::vector<Expected> files = {
+      // 16384 words of ##$TD: 8192 complex points; point 80 decoded from the
+      // big-endian words less the mean of the tail.
+      {Bruker("aspirin-1h/1/fid"), "BRUKER1", true, 8192, "1H", 80, 625967.4847f},
+      {Bruker("aspirin-1h-processed/1/pdata/1/1r"), "BRUKER1R", false, 0, "1H", -1, 0},
+      {Jcamp("aspirin-1h.dx"), "JCAMP1", false, 32768, "1H", 32767, -118793.f},
+      {Jcamp("aspirin-1h.fid.dx"), "JCAMP1", true, 8192, "1H", -1, 0},
+      {Jeol("EC_10m200u_400_298K_bzhou_qH-1-1.jdf"), "ECP1", true, 32768, "1H", -1, 0},
+      {Jeol("phosphorus.jdf"), "ECP1", true, 32768, "31P", -1, 0},
+  };
+  for (const Expected& e : files) {
+    SCOPED_TRACE(e.path);
+    EXPECT_EQ(Route_Tag(e.path), e.tag);
+    const int calls = fid_window_calls;
+    ASSERT_EQ(Open(e.path), 0) << (ui.shown.empty() ? "" : ui.shown.back().text);
+    EXPECT_EQ(fid_window_calls, calls + (e.fid ? 1 : 0));
+    EXPECT_EQ(s.Is_Fid, e.fid ? 1 : 0);
+    EXPECT_EQ(s.Is_Spectrum, e.fid ? 0 : 1);
+    if (e.points > 0) EXPECT_EQ(e.fid ? s.Fid_Points : s.Spec_Points, e.points);
+    EXPECT_GT(s.Spec_Points, 0);
+    EXPECT_EQ(s.Param.OBNUC, e.nucleus);
+    if (e.index >= 0) {
+      const float v = e.fid ? s.Fid_Re(e.index) : s.Spec_Re(e.index);
+      EXPECT_NEAR(v, e.value, std::max(1.0f, std::abs(e.value) * 1e-5f));
+    }
+    EXPECT_EQ(s.Open_Name, e.path);
+    ASSERT_FALSE(s.settings.Recent_Files.empty());
+    EXPECT_EQ(s.settings.Recent_Files[0], e.path);
+  }
+  EXPECT_TRUE(ui.shown.empty()) << ui.shown.front().text;
+}
+
+TEST_F(Vendor_Open, TwoDimensionalFilesAreRefusedAndTheFormerDataStay) {
+  const std::string former = Bruker("aspirin-1h/1/fid");
+  ASSERT_EQ(Open(former), 0);
+  const float kept = s.Fid_Re(80);
+  for (const std::string& path : {Jcamp("Rutin_3080ug200uL_DMSOd6_COSY_400MHz_JDX.jdx"),
+                                  Jcamp("Rutin_3080ug200uL_DMSOd6_HSQC_400MHz_JDX.jdx"),
+                                  Jeol("Rutin_3080ug200uL_DMSOd6_COSY_400MHz_Jeol.jdf"),
+                                  Jeol("EC=8EC_2m200u_MeOD_bzhou21_20190328_HSQC-1-1.jdf")}) {
+    SCOPED_TRACE(path);
+    const std::size_t shown = ui.shown.size();
+    EXPECT_EQ(Open(path), 1);
+    ASSERT_EQ(ui.shown.size(), shown + 1);
+    EXPECT_EQ(ui.shown.back().text, "2D Data !");
+    EXPECT_EQ(ui.shown.back().title, "Dataエラー");
+    EXPECT_EQ(s.Open_Name, former);
+    EXPECT_EQ(s.Fid_Points, 8192);
+    EXPECT_EQ(s.Fid_Re(80), kept);
+  }
+  // The processing window given up: the former data set comes back from
+  // its work copy under its own name.
+  Open_Request give_up{Jeol("phosphorus.jdf"), [](Session&) { return std::string(); }};
+  EXPECT_EQ(NM1D_m11_Click(s, give_up), 1);
+  EXPECT_EQ(s.Open_Name, former);
+  EXPECT_EQ(s.Param.OBNUC, "1H");
+  EXPECT_EQ(s.Spec_Points, 8192);
+  EXPECT_NEAR(s.Observe_Frequency, 300.132250975, 1e-6);
+}
+
+}  // namespace
+}  // namespace tevo::datafiles
