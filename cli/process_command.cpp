@@ -98,7 +98,7 @@ bool Make_Request(const Process_Options& o, signal::Process_Request& req) {
 int Write_Output(Session& s, const std::string& out) {
   const std::string ext = datafiles::Extension_Class(out);
   if (ext == ".TV1") return datafiles::m10_Click(s, out);
-  if (ext == ".ALS") return datafiles::Write_Older_Native(s, out);
+  if (ext == ".ALS") return datafiles::m13_Click(s, out);
   return 2;
 }
 

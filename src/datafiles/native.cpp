@@ -446,53 +446,8 @@ class Reader {
       for (int32_t k = 0; k < n && a.size >= 24 + 512 * static_cast<size_t>(k + 1); ++k)
         s_.Insets.push_back(native_io::Read_Inset(r_, a.off + 24 + 512 * static_cast<size_t>(k)));
     }
-    if (const Section_At& a = At(E_Texts); a.present) Texts(a);
-    if (const Section_At& a = At(E_Lines); a.present) Lines(a);
-  }
-
-  void Texts(const Section_At& a) {
-    const int32_t n = std::clamp(r_.I32(a.off), 0, Text_Max);
-    s_.Texts.clear();
-    for (int32_t k = 0; k < n; ++k) {
-      const size_t rec = static_cast<size_t>(r_.I32(a.off + 4 + 4 * static_cast<size_t>(k)));
-      if (!r_.Has(rec, 64)) {
-        r_.short_read = true;
-        return;
-      }
-      Text_Rec t;
-      t.X = r_.F32(rec);
-      t.Y = r_.F32(rec + 4);
-      for (size_t j = 0; j < 3; ++j) t.Frame[j] = r_.F32(rec + 8 + 4 * j);
-      t.Font_Size = std::max(r_.F32(rec + 20), 3.0f);
-      t.Bold = r_.I16(rec + 24);
-      t.Italic = r_.I16(rec + 26);
-      const int32_t len = r_.I32(rec + 28);
-      t.Font_Name = r_.Text(rec + 32, 32);
-      if (t.Font_Name.empty()) t.Font_Name = "ＭＳ ゴシック";
-      if (len > 0) t.Text = r_.Text(rec + 64, static_cast<size_t>(len));
-      s_.Texts.push_back(t);
-    }
-  }
-
-  void Lines(const Section_At& a) {
-    int32_t n = r_.I32(a.off);
-    if (n < 1 || n > Line_Max) n = 0;
-    s_.Lines.clear();
-    for (int32_t k = 0; k < n; ++k) {
-      const size_t rec = a.off + 4 + 32 * static_cast<size_t>(k);
-      Line_Rec l;
-      l.X1 = r_.F32(rec);
-      l.Y1 = r_.F32(rec + 4);
-      l.X2 = r_.F32(rec + 8);
-      l.Y2 = r_.F32(rec + 12);
-      l.Colour = std::max(r_.I32(rec + 16), 0);
-      l.Width = r_.I16(rec + 20);
-      l.Arrow_Width = r_.I16(rec + 22);
-      l.Kind = r_.I16(rec + 24);
-      if (l.Kind < 0) l.Kind = 1;
-      l.Style = r_.I16(rec + 26);
-      s_.Lines.push_back(l);
-    }
+    if (const Section_At& a = At(E_Texts); a.present) native_io::Read_Texts(r_, a.off, s_);
+    if (const Section_At& a = At(E_Lines); a.present) native_io::Read_Lines(r_, a.off, s_);
   }
 
   // Record offset of slot n in an overlay table, 0 for none.
@@ -568,41 +523,8 @@ class Reader {
   }
 
   void Pictures() {
-    if (const Section_At& a = At(E_Pictures); a.present) {
-      const int32_t n = r_.I32(a.off);
-      s_.Images.clear();
-      if (n >= 1 && n <= 20) {
-        size_t body = a.off + Picture_Head;
-        for (int32_t k = 0; k < n; ++k) {
-          const size_t h = a.off + 4 + 32 * static_cast<size_t>(k);
-          Image_Rec p;
-          p.Left = r_.F32(h);
-          p.Top = r_.F32(h + 4);
-          p.Width = r_.F32(h + 8);
-          p.Height = r_.F32(h + 12);
-          const int32_t size = r_.I32(h + 16);
-          p.Extra = r_.I32(h + 20);
-          if (size < 0 || !r_.Has(body, static_cast<size_t>(size))) {
-            r_.short_read = true;
-            break;
-          }
-          p.Body = r_.Raw(body, static_cast<size_t>(size));
-          body = ((body + static_cast<size_t>(size)) / 16 + 1) * 16;
-          s_.Images.push_back(std::move(p));
-        }
-      }
-    }
-    if (const Section_At& a = At(E_Structure); a.present) {
-      Structure_Rec& st = s_.Structure;
-      st.Show = r_.I16(a.off);
-      st.Value_A = r_.F32(a.off + 4);
-      st.Value_B = r_.F32(a.off + 8);
-      const int32_t size = r_.I32(a.off + 12);
-      if (size > 0 && r_.Has(a.off + 32, static_cast<size_t>(size)))
-        st.Body = r_.Raw(a.off + 32, static_cast<size_t>(size));
-      else if (size > 0)
-        r_.short_read = true;
-    }
+    if (const Section_At& a = At(E_Pictures); a.present) native_io::Read_Pictures(r_, a.off, s_);
+    if (const Section_At& a = At(E_Structure); a.present) native_io::Read_Structure(r_, a.off, s_);
   }
 
   void Array_Values() {
@@ -655,17 +577,8 @@ int Write_Native(Session& s, const std::string& path) {
 }
 
 int Read_Native(Session& s, const std::string& path) {
-  bool ok = false;
-  const std::vector<uint8_t> bytes = native_io::Load_File(path, ok);
-  if (!ok) return native_io::Run_Time_Failure(s, "RDR/DRW");
-  int status;
-  try {
-    status = Reader(s, bytes).Run();
-  } catch (const std::exception&) {
-    status = -1;
-  }
-  if (status < 0) return native_io::Run_Time_Failure(s, "RDR/DRW");
-  return status;
+  return native_io::Read_Whole_File(s, path, "RDR/DRW",
+                                    [&](const std::vector<uint8_t>& bytes) { return Reader(s, bytes).Run(); });
 }
 
 Kind_Check Check_Native(const std::string& path) {

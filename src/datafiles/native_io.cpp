@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
 #include <fstream>
 #include <iterator>
 #include <span>
@@ -179,26 +180,6 @@ void Param_Fields(V& v, Data_Param& p, Param_Extras& x) {
   v.Text(1952, 8, x.array_unit);
 }
 
-struct Param_Writer {
-  Image_Writer& w;
-  const Param_Layout& at;
-  void Text(size_t off, size_t width, const std::string& t) { w.Text_Field(at.At(off), t, width); }
-  void F32(size_t off, float v) { w.F32(at.At(off), v); }
-  void F64(size_t off, double v) { w.F64(at.At(off), v); }
-  void I32(size_t off, int32_t v) { w.I32(at.At(off), v); }
-  void I16(size_t off, int16_t v) { w.I16(at.At(off), v); }
-};
-
-struct Param_Reader {
-  const Image_Reader& r;
-  const Param_Layout& at;
-  void Text(size_t off, size_t width, std::string& t) { t = r.Text(at.At(off), width); }
-  void F32(size_t off, float& v) { v = r.F32(at.At(off)); }
-  void F64(size_t off, double& v) { v = r.F64(at.At(off)); }
-  void I32(size_t off, int32_t& v) { v = r.I32(at.At(off)); }
-  void I16(size_t off, int16_t& v) { v = r.I16(at.At(off)); }
-};
-
 // The settings value of a key as a number, 0 when the key is not known.
 double Setting_Or_Zero(const Session& s, const char* key) {
   return session::Setting_Index(key) >= 0 ? s.settings.Real(key) : 0.0;
@@ -331,16 +312,26 @@ std::vector<Integ_Rec> Read_Integrals(const Image_Reader& r, size_t off, size_t 
   const int32_t fit = static_cast<int32_t>(size >= 24 ? (size - 24) / 20 : 0);
   const int32_t n = std::min({count, Integ_Max, fit});
   for (int32_t k = 0; k < n; ++k) {
-    const size_t at = off + 24 + 20 * static_cast<size_t>(k);
-    Integ_Rec g;
-    g.End_Point = r.I32(at);
-    g.Start_Point = r.I32(at + 4);
-    g.B0 = r.F32(at + 8);
-    g.B1 = r.F32(at + 12);
-    g.Curve_Y = r.F32(at + 16);
-    list.push_back(g);
+    list.push_back(Read_Integ_Record(r, off + 24 + 20 * static_cast<size_t>(k)));
   }
   return list;
+}
+
+Integ_Rec Read_Integ_Record(const Image_Reader& r, size_t at) {
+  Integ_Rec g;
+  g.End_Point = r.I32(at);
+  g.Start_Point = r.I32(at + 4);
+  g.B0 = r.F32(at + 8);
+  g.B1 = r.F32(at + 12);
+  g.Curve_Y = r.F32(at + 16);
+  return g;
+}
+
+int32_t Point_Of_Frequency(float hz, float resol, int32_t points) {
+  if (!(resol > 0)) return 0;
+  const double q = static_cast<double>(hz) / resol;
+  const int32_t pt = std::isfinite(q) ? static_cast<int32_t>(std::clamp(q, -1.0, 2147483647.0)) : 0;
+  return std::clamp(pt, 0, std::max(points - 1, 0));
 }
 
 // ----------------------------------------------------------------- peaks ----
@@ -378,12 +369,7 @@ std::vector<Peak_Rec> Read_Peaks(const Image_Reader& r, size_t off, size_t size,
   const int32_t fit = static_cast<int32_t>(size >= 24 ? (size - 24) / rec : 0);
   const int32_t n = std::min({count, Peak_Max, fit});
   // Peaks are kept by frequency, so a change of the point count keeps them.
-  auto point_of = [&](float hz) {
-    if (!(resol > 0)) return 0;
-    const double q = static_cast<double>(hz) / resol;
-    int32_t pt = std::isfinite(q) ? static_cast<int32_t>(std::clamp(q, -1.0, 2147483647.0)) : 0;
-    return std::clamp(pt, 0, std::max(points - 1, 0));
-  };
+  auto point_of = [&](float hz) { return Point_Of_Frequency(hz, resol, points); };
   for (int32_t k = 0; k < n; ++k) {
     const size_t at = off + 24 + rec * static_cast<size_t>(k);
     Peak_Rec p;
@@ -516,6 +502,89 @@ Inset_Rec Read_Inset(const Image_Reader& r, size_t off) {
   return in;
 }
 
+// ------------------------------------------------- notes, lines, pictures ----
+
+void Read_Texts(const Image_Reader& r, size_t off, Session& s) {
+  const int32_t n = std::clamp(r.I32(off), 0, Text_Max);
+  s.Texts.clear();
+  for (int32_t k = 0; k < n; ++k) {
+    const size_t rec = static_cast<size_t>(r.I32(off + 4 + 4 * static_cast<size_t>(k)));
+    if (!r.Has(rec, 64)) {
+      r.short_read = true;
+      return;
+    }
+    Text_Rec t;
+    t.X = r.F32(rec);
+    t.Y = r.F32(rec + 4);
+    for (size_t j = 0; j < 3; ++j) t.Frame[j] = r.F32(rec + 8 + 4 * j);
+    t.Font_Size = std::max(r.F32(rec + 20), 3.0f);
+    t.Bold = r.I16(rec + 24);
+    t.Italic = r.I16(rec + 26);
+    const int32_t len = r.I32(rec + 28);
+    t.Font_Name = r.Text(rec + 32, 32);
+    if (t.Font_Name.empty()) t.Font_Name = Default_Face;
+    if (len > 0) t.Text = r.Text(rec + 64, static_cast<size_t>(len));
+    s.Texts.push_back(t);
+  }
+}
+
+void Read_Lines(const Image_Reader& r, size_t off, Session& s) {
+  int32_t n = r.I32(off);
+  if (n < 1 || n > Line_Max) n = 0;
+  s.Lines.clear();
+  for (int32_t k = 0; k < n; ++k) {
+    const size_t rec = off + 4 + 32 * static_cast<size_t>(k);
+    Line_Rec l;
+    l.X1 = r.F32(rec);
+    l.Y1 = r.F32(rec + 4);
+    l.X2 = r.F32(rec + 8);
+    l.Y2 = r.F32(rec + 12);
+    l.Colour = std::max(r.I32(rec + 16), 0);
+    l.Width = r.I16(rec + 20);
+    l.Arrow_Width = r.I16(rec + 22);
+    l.Kind = r.I16(rec + 24);
+    if (l.Kind < 0) l.Kind = 1;
+    l.Style = r.I16(rec + 26);
+    s.Lines.push_back(l);
+  }
+}
+
+void Read_Pictures(const Image_Reader& r, size_t off, Session& s) {
+  const int32_t n = r.I32(off);
+  s.Images.clear();
+  if (n < 1 || n > 20) return;
+  size_t body = off + 4096;
+  for (int32_t k = 0; k < n; ++k) {
+    const size_t h = off + 4 + 32 * static_cast<size_t>(k);
+    Image_Rec p;
+    p.Left = r.F32(h);
+    p.Top = r.F32(h + 4);
+    p.Width = r.F32(h + 8);
+    p.Height = r.F32(h + 12);
+    const int32_t size = r.I32(h + 16);
+    p.Extra = r.I32(h + 20);
+    if (size < 0 || !r.Has(body, static_cast<size_t>(size))) {
+      r.short_read = true;
+      return;
+    }
+    p.Body = r.Raw(body, static_cast<size_t>(size));
+    body = ((body + static_cast<size_t>(size)) / 16 + 1) * 16;
+    s.Images.push_back(std::move(p));
+  }
+}
+
+void Read_Structure(const Image_Reader& r, size_t off, Session& s) {
+  Structure_Rec& st = s.Structure;
+  st.Show = r.I16(off);
+  st.Value_A = r.F32(off + 4);
+  st.Value_B = r.F32(off + 8);
+  const int32_t size = r.I32(off + 12);
+  if (size > 0 && r.Has(off + 32, static_cast<size_t>(size)))
+    st.Body = r.Raw(off + 32, static_cast<size_t>(size));
+  else if (size > 0)
+    r.short_read = true;
+}
+
 // ------------------------------------------------------------ page blocks ----
 
 namespace {
@@ -602,6 +671,16 @@ std::span<const Keyed_Field> Fields_Of(Page_Block which) {
   return {};
 }
 
+}  // namespace
+
+bool Is_Page_Key(const std::string& key) {
+  for (const Keyed_Field& f : Page_Fields)
+    if (key == f.key) return true;
+  return false;
+}
+
+namespace {
+
 bool Is_Real_Key(const char* key) {
   const int i = session::Setting_Index(key);
   return i >= 0 && session::Setting_Keys()[static_cast<size_t>(i)].type == session::Setting_Type::Real32;
@@ -665,6 +744,20 @@ std::vector<uint8_t> Load_File(const std::string& path, bool& ok) {
   std::vector<uint8_t> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   ok = !in.bad();
   return bytes;
+}
+
+int Read_Whole_File(Session& s, const std::string& path, const char* location,
+                    const std::function<int(const std::vector<uint8_t>&)>& read) {
+  bool ok = false;
+  const std::vector<uint8_t> bytes = Load_File(path, ok);
+  if (!ok) return Run_Time_Failure(s, location);
+  int status;
+  try {
+    status = read(bytes);
+  } catch (const std::exception&) {
+    status = -1;
+  }
+  return status < 0 ? Run_Time_Failure(s, location) : status;
 }
 
 bool Save_File(const std::string& path, const std::vector<uint8_t>& bytes) {

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -81,6 +82,27 @@ struct Param_Layout {
 };
 inline constexpr size_t Param_Section_Size = 2560;
 
+// Field visitors over a layout, for the tables of fields that one template
+// lists for both the writer and the reader.
+struct Param_Writer {
+  Image_Writer& w;
+  const Param_Layout& at;
+  void Text(size_t off, size_t width, const std::string& t) { w.Text_Field(at.At(off), t, width); }
+  void F32(size_t off, float v) { w.F32(at.At(off), v); }
+  void F64(size_t off, double v) { w.F64(at.At(off), v); }
+  void I32(size_t off, int32_t v) { w.I32(at.At(off), v); }
+  void I16(size_t off, int16_t v) { w.I16(at.At(off), v); }
+};
+struct Param_Reader {
+  const Image_Reader& r;
+  const Param_Layout& at;
+  void Text(size_t off, size_t width, std::string& t) { t = r.Text(at.At(off), width); }
+  void F32(size_t off, float& v) { v = r.F32(at.At(off)); }
+  void F64(size_t off, double& v) { v = r.F64(at.At(off)); }
+  void I32(size_t off, int32_t& v) { v = r.I32(at.At(off)); }
+  void I16(size_t off, int16_t& v) { v = r.I16(at.At(off)); }
+};
+
 void Write_Param_Section(Image_Writer& w, const Session& s, const Param_Layout& at);
 // Reads the fields into the session; POINT was checked by the caller.
 void Read_Param_Section(const Image_Reader& r, Session& s, const Param_Layout& at);
@@ -98,6 +120,12 @@ struct Integ_Head {
 };
 std::vector<Integ_Rec> Read_Integrals(const Image_Reader& r, size_t off, size_t size,
                                       Integ_Head& head);
+
+// One integral record: End_Point, Start_Point (int32), B0, B1, Curve_Y.
+Integ_Rec Read_Integ_Record(const Image_Reader& r, size_t at);
+// The point of a peak stored by frequency: frequency / resol, clamped to
+// 0 .. points - 1; 0 without a resolution.
+int32_t Point_Of_Frequency(float hz, float resol, int32_t points);
 
 struct Peak_Levels {
   float peak = 0.2f, base = 0, noise = 0.05f, max_abs = 0.1f;
@@ -120,6 +148,14 @@ Inset_Rec Read_Inset(const Image_Reader& r, size_t off);
 void Write_Font_Record(Image_Writer& w, size_t off, const Font_Rec& f, size_t name_at = 16);
 Font_Rec Read_Font_Record(const Image_Reader& r, size_t off, size_t name_at = 16);
 
+// ---- notes, lines, pictures and the structure picture, from `off` ----
+// Counts outside their limits give empty lists; a note font without a name
+// reads as "ＭＳ ゴシック" and a size below 3 as 3.
+void Read_Texts(const Image_Reader& r, size_t off, Session& s);
+void Read_Lines(const Image_Reader& r, size_t off, Session& s);
+void Read_Pictures(const Image_Reader& r, size_t off, Session& s);
+void Read_Structure(const Image_Reader& r, size_t off, Session& s);
+
 // ---- keyed page blocks ----
 // One field of a page block that stands for a settings key.
 struct Keyed_Field {
@@ -132,6 +168,8 @@ enum class Page_Block { Page, Deconv, Relax, List };
 // keyed fields from the settings over it.
 void Write_Page_Block(Image_Writer& w, size_t off, const Session& s, Page_Block which,
                       const std::vector<uint8_t>& carried, size_t size);
+// True for a settings key that the page settings block carries.
+bool Is_Page_Key(const std::string& key);
 // Keeps the block's bytes and takes its keyed fields into the settings.
 std::vector<uint8_t> Read_Page_Block(const Image_Reader& r, size_t off, size_t size,
                                      Session& s, Page_Block which);
@@ -141,6 +179,11 @@ int Refuse(Session& s, const std::string& text, const std::string& caption);
 int Run_Time_Failure(Session& s, const std::string& location);
 
 std::vector<uint8_t> Load_File(const std::string& path, bool& ok);
+// The frame of a whole-file reader: loads the file, runs `read` on its
+// bytes and turns an unreadable file, an exception or a status -1 into the
+// standard message with `location`. Returns the reader's status.
+int Read_Whole_File(Session& s, const std::string& path, const char* location,
+                    const std::function<int(const std::vector<uint8_t>&)>& read);
 bool Save_File(const std::string& path, const std::vector<uint8_t>& bytes);
 
 }  // namespace tevo::datafiles::native_io

@@ -319,13 +319,24 @@ Resolved_File Resolve_Data_File(Session& s, std::string& path) {
 
 namespace {
 
-bool Has_Tv1_Extension(const std::string& path) { return Extension_Class(path) == ".TV1"; }
+// What the two native save commands differ in.
+struct Save_Kind {
+  const char* file_class;  // ".TV1" or ".ALS"
+  const char* ext;  // extension given to a new name, without the dot
+  const char* filter;
+  const char* wrong_ext;  // message for a name with another extension
+};
+constexpr Save_Kind Main_Save{".TV1", "tv1", "通常形式|*.tv1*|",
+                              "ファイルが不正です。または,\rファイルの拡張子が tv1 でない"};
+constexpr Save_Kind Older_Save{".ALS", "als", "ｱﾘｽ形式|*.als*|",
+                               "ファイルが不正です。または,\rファイルの拡張子が als でない"};
 
-// The name offered in the save dialog: the open file's name with ".tv1".
-std::string Save_Name_Offered(const Session& s) {
-  if (s.Open_Name.empty()) return "*.tv1";
+// The name offered in the save dialog: the open file's name with the
+// format's extension.
+std::string Save_Name_Offered(const Session& s, const Save_Kind& kind) {
+  if (s.Open_Name.empty()) return std::string("*.") + kind.ext;
   fs::path p(s.Open_Name);
-  return p.stem().string() + ".tv1";
+  return p.stem().string() + "." + kind.ext;
 }
 
 // Writes `path` so that an existing file survives a failed write: it is
@@ -355,26 +366,26 @@ int Write_Keeping_Old(Session& s, const std::string& path, Write_Fn writer) {
   return status;
 }
 
-}  // namespace
-
-int m10_Click(Session& s, const std::string& given, Write_Fn writer) {
+// The save frame shared by both native formats: name, in-use check, the
+// write that keeps an old file until it succeeds, and the marks of a saved
+// data set.
+int Save_Native_As(Session& s, const std::string& given, Write_Fn writer, const Save_Kind& kind) {
   if (!session::Confirm_Mode_Exit(s)) return 1;
   std::string path = given;
   for (;;) {
     if (given.empty()) {
       platform::File_Request req;
       req.title = "データの保存";
-      req.filter = "通常形式|*.tv1*|";
-      req.default_ext = "tv1";
-      req.initial_name = Save_Name_Offered(s);
+      req.filter = kind.filter;
+      req.default_ext = kind.ext;
+      req.initial_name = Save_Name_Offered(s, kind);
       req.initial_dir = s.Data_Folder;
       auto answer = s.ui->Save_File(req);
       if (!answer) return 1;
       path = answer->path;
     }
-    if (!Has_Tv1_Extension(path)) {
-      const int16_t a = Show_Message(s, "ファイルが不正です。または,\rファイルの拡張子が tv1 でない",
-                                     Style_Yes_No | Icon_Exclamation, "ファイル名エラー");
+    if (Extension_Class(path) != kind.file_class) {
+      const int16_t a = Show_Message(s, kind.wrong_ext, Style_Yes_No | Icon_Exclamation, "ファイル名エラー");
       if (a == Msg_Yes && given.empty()) continue;
       return 1;
     }
@@ -395,6 +406,16 @@ int m10_Click(Session& s, const std::string& given, Write_Fn writer) {
   session::Mark_Open_File(s, path);
   session::Set_RecentFile_Menu(s, path);
   return 0;
+}
+
+}  // namespace
+
+int m10_Click(Session& s, const std::string& path, Write_Fn writer) {
+  return Save_Native_As(s, path, writer, Main_Save);
+}
+
+int m13_Click(Session& s, const std::string& path, Write_Fn writer) {
+  return Save_Native_As(s, path, writer, Older_Save);
 }
 
 }  // namespace tevo::datafiles

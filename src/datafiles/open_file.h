@@ -69,4 +69,10 @@ using Write_Fn = int (*)(Session& s, const std::string& path);
 // saved, 1 refused or cancelled, -1 write failure.
 int m10_Click(Session& s, const std::string& path = {}, Write_Fn writer = Write_Native);
 
+// The save in the older interchange format (.ALS, version 1.01): the same
+// frame as m10_Click with the ".als" name, filter and extension check. The
+// menu item is shown only while "ALS SAVE OK" is on; this function does not
+// look at that setting.
+int m13_Click(Session& s, const std::string& path = {}, Write_Fn writer = Write_Older_Native);
+
 }  // namespace tevo::datafiles
