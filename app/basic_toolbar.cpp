@@ -18,9 +18,11 @@ Basic_Toolbar::Basic_Toolbar(Session& session, QWidget* parent) : QWidget(parent
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(4, 2, 4, 2);
   row->setSpacing(2);
-  // Buttons by their 1-based index; 1, 2, 3 and 10 arm a mouse tool.
+  // Buttons by their 1-based index; 1, 2, 3 and 10 arm a mouse tool, 5
+  // asks for the range window.
   const std::pair<int, const char*> tools[] = {{1, "□拡大"}, {2, "横拡大"}, {3, "縦拡大"}, {10, "距離"},
-                                               {4, "戻る"},  {6, "全体"},   {7, "全幅"},   {8, "自動"}};
+                                               {4, "戻る"},  {5, "範囲"},   {6, "全体"},   {7, "全幅"},
+                                               {8, "自動"}};
   for (const auto& [index, caption] : tools) {
     auto* b = new QToolButton(this);
     b->setObjectName(QStringLiteral("BasicToolbar_%1").arg(index));
@@ -28,6 +30,10 @@ Basic_Toolbar::Basic_Toolbar(Session& session, QWidget* parent) : QWidget(parent
     const bool tool = index <= 3 || index == 10;
     b->setCheckable(tool);
     connect(b, &QToolButton::clicked, this, [this, index, b, tool] {
+      if (index == 5) {
+        emit range_requested();
+        return;
+      }
       if (tool && !b->isChecked()) {
         session_.Mouse_Tool = display::Tool_None;
       } else {

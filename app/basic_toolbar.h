@@ -26,6 +26,8 @@ class Basic_Toolbar : public QWidget {
 
  signals:
   void view_changed();
+  // Button 5: the range window (NMR1D_Form31) is wanted.
+  void range_requested();
 
  private:
   void Add_Hold(const char* name, const QString& text, display::View_Button b);

@@ -6,13 +6,14 @@
 #include <QVBoxLayout>
 
 #include "dialog_parts.h"
-#include "signal/qd_correct.h"
 
 namespace tevo::app {
 
-Bruker_Dialog::Bruker_Dialog(Session& session, QWidget* parent) : QDialog(parent), session_(session) {
+const char* const Bruker_Dialog::Title = "Bruker補正";
+
+Bruker_Dialog::Bruker_Dialog(int initial, QWidget* parent) : QDialog(parent) {
   setObjectName("NMR1D_Form14");
-  setWindowTitle(QStringLiteral("Bruker補正"));
+  setWindowTitle(QString::fromUtf8(Title));
   auto* text = new QLabel(
       QStringLiteral("BrukerのQD検出システムで,Single AD コンバーターモードで測定したときは特別な補正フーリエ変換が必要で"
                      "す。測定モードにより選んでください。通常は自動設定ですので変更しないでください。"),
@@ -23,17 +24,15 @@ Bruker_Dialog::Bruker_Dialog(Session& session, QWidget* parent) : QDialog(parent
   single_->setObjectName("Option1");
   dual_ = new QRadioButton(QStringLiteral("Dual AD-Converter"), this);
   dual_->setObjectName("Option2");
-  (session_.Acq_Mode == 1 ? single_ : dual_)->setChecked(true);
+  (initial == 1 ? dual_ : single_)->setChecked(true);
 
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(text);
   layout->addWidget(single_);
   layout->addWidget(dual_);
-  QPushButton* ok = Ok_Cancel_Row(this, layout);
-  connect(ok, &QPushButton::clicked, this, [this] {
-    signal::Form14_OK(session_, single_->isChecked());
-    accept();
-  });
+  connect(Ok_Cancel_Row(this, layout), &QPushButton::clicked, this, &QDialog::accept);
 }
+
+int Bruker_Dialog::Choice() const { return single_->isChecked() ? 0 : 1; }
 
 }  // namespace tevo::app

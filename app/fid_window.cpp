@@ -13,7 +13,9 @@
 #include <functional>
 
 #include "hold_button.h"
+#include "lp_dialog.h"
 #include "phase_panel.h"
+#include "signal/linear_prediction.h"
 
 namespace tevo::app {
 
@@ -173,6 +175,17 @@ Fid_Window::Fid_Window(Session& session, QWidget* parent) : QDialog(parent), ses
     signal::Undo_Zero_Fill(session_, state_);
     Refresh();
   });
+  // Both predictions first show their parameters; キャンセル there runs nothing.
+  connect(Add_Button("Command5", QStringLiteral("LP Fill")), &QPushButton::clicked, this, [this] {
+    if (Lp_Dialog(session_, this).exec() != QDialog::Accepted) return;
+    signal::LP_Fill(session_, state_);
+    Refresh();
+  });
+  connect(Add_Button("Command6", QStringLiteral("LP Back")), &QPushButton::clicked, this, [this] {
+    if (Lp_Dialog(session_, this).exec() != QDialog::Accepted) return;
+    signal::LP_Back(session_, state_);
+    Refresh();
+  });
   auto_phase_ = new QCheckBox(QString::fromUtf8("FT後の自動位相補正"), this);
   auto_phase_->setObjectName("Check2");
   connect(auto_phase_, &QCheckBox::toggled, this, [this](bool on) { session_.Auto_Phase_Off = on ? 0 : 1; });
@@ -189,7 +202,7 @@ Fid_Window::Fid_Window(Session& session, QWidget* parent) : QDialog(parent), ses
   connect(Add_Button("m19", QString::fromUtf8("現データの破棄")), &QPushButton::clicked, this, [this] {
     if (signal::Discard_Ft_Form(session_, state_)) QDialog::reject();
   });
-  for (const char* name : {"Command2", "Command1", "Command4"}) commands->addWidget(buttons_.at(name));
+  for (const char* name : {"Command2", "Command1", "Command4", "Command5", "Command6"}) commands->addWidget(buttons_.at(name));
   commands->addWidget(auto_phase_);
   commands->addWidget(imaginary_);
   commands->addStretch();
@@ -245,6 +258,7 @@ void Fid_Window::Refresh() {
   auto_phase_->setChecked(s.Auto_Phase_Off == 0);
   buttons_.at("Command3")->setEnabled(state_.Commit_Enabled);
   buttons_.at("Command1")->setEnabled(state_.Zero_Fill_Enabled);
+  buttons_.at("Command5")->setEnabled(state_.LP_Fill_Enabled);
   phase_->Refresh();
   fid_plot_->update();
   spec_plot_->update();

@@ -87,7 +87,7 @@ void Instrument_Table_Dialog::Refresh() {
 
 // ---- the ID entry ----
 
-Instrument_Id_Dialog::Instrument_Id_Dialog(Session& session, QWidget* parent)
+Instrument_Id_Dialog::Instrument_Id_Dialog(Session& session, QWidget* parent, const std::string& initial)
     : QDialog(parent), session_(session) {
   setObjectName("Form107");
   setWindowTitle(QStringLiteral("装置ID"));
@@ -95,7 +95,7 @@ Instrument_Id_Dialog::Instrument_Id_Dialog(Session& session, QWidget* parent)
   known_->setObjectName("Combo1");
   for (const std::string& id : session_.settings.Instrument_Ids) known_->addItem(Q(id));
   text_ = Named_Field(this, "Text1");
-  text_->setText(Q(session_.Param.Instrument_Id));
+  text_->setText(Q(initial.empty() ? session_.Param.Instrument_Id : initial));
   connect(known_, &QComboBox::textActivated, text_, &QLineEdit::setText);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(known_);

@@ -32,11 +32,12 @@ class Instrument_Table_Dialog : public QDialog {
 };
 
 // The instrument ID of the data just read: a combo of the known IDs
-// (Combo1) and the typed text (Text1). OK stores it in upper case.
+// (Combo1) and the typed text (Text1), which starts with `initial` or, when
+// that is empty, the data set's ID. OK stores it in upper case.
 class Instrument_Id_Dialog : public QDialog {
   Q_OBJECT
  public:
-  explicit Instrument_Id_Dialog(Session& session, QWidget* parent = nullptr);
+  explicit Instrument_Id_Dialog(Session& session, QWidget* parent = nullptr, const std::string& initial = {});
 
  private:
   Session& session_;

@@ -20,10 +20,15 @@
 
 #include "basic_toolbar.h"
 #include "datafiles/open_file.h"
+#include "editing/reference.h"
 #include "fid_window.h"
+#include "grid_dialog.h"
+#include "instrument_dialogs.h"
 #include "menu_tree.h"
 #include "phase_panel.h"
 #include "plot_widget.h"
+#include "range_dialog.h"
+#include "reference_panel.h"
 #include "signal/phase_mode.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
@@ -40,6 +45,7 @@ Main_Window::Main_Window(Session& session, QWidget* parent)
     : QMainWindow(parent), session_(session), ui_(this) {
   setObjectName("NMR1D_Form1");
   session_.ui = &ui_;
+  ui_.Set_Session(&session_);
   setAcceptDrops(true);
   actions_ = Build_Menus(menuBar());
 
@@ -91,12 +97,19 @@ void Main_Window::Build_Panels() {
   // Mode 0: the basic tool-bar with the view buttons and the row field.
   basic_ = new Basic_Toolbar(session_, panels_);
   connect(basic_, &Basic_Toolbar::view_changed, this, &Main_Window::Refresh_View);
+  connect(basic_, &Basic_Toolbar::range_requested, this, &Main_Window::On_Range_Dialog);
   panels_->addWidget(basic_);
   // Modes 1..6 get their panels from the subsystems that own them.
   for (const char* name : {"RefToolbar", "PhaseToolbar", "BaselineToolbar", "PeakToolbar",
                            "IntegralToolbar", "MultiViewToolbar"}) {
     QWidget* panel = nullptr;
-    if (std::string(name) == "PhaseToolbar") {
+    if (std::string(name) == "RefToolbar") {
+      reference_ = new Reference_Panel(session_, panels_);
+      connect(reference_, &Reference_Panel::changed, this, &Main_Window::Refresh_View);
+      connect(reference_, &Reference_Panel::finished, this, &Main_Window::Refresh_State);
+      connect(plot_, &Plot_Widget::range_dragged, reference_, &Reference_Panel::Range_Dragged);
+      panel = reference_;
+    } else if (std::string(name) == "PhaseToolbar") {
       phase_ = new Phase_Panel(session_, signal::Phase_Place::Main_Window, panels_);
       connect(phase_, &Phase_Panel::changed, this, &Main_Window::Refresh_View);
       connect(phase_, &Phase_Panel::finished, this, &Main_Window::Refresh_State);
@@ -118,6 +131,10 @@ void Main_Window::Connect_Commands() {
   connect(Action("m102"), &QAction::triggered, this, &Main_Window::On_Clear_Recent);
   connect(Action("m41"), &QAction::triggered, this, &Main_Window::On_Version);
   connect(Action("m34"), &QAction::triggered, this, &Main_Window::On_Power_Spectrum);
+  connect(Action("m21"), &QAction::triggered, this, &Main_Window::On_Reference_Mode);
+  connect(Action("m31"), &QAction::triggered, this, &Main_Window::On_Range_Dialog);
+  connect(Action("m30"), &QAction::triggered, this, &Main_Window::On_Grid_Dialog);
+  connect(Action("m44"), &QAction::triggered, this, &Main_Window::On_Instrument_Table);
   connect(Action("m22"), &QAction::triggered, this, [this] {
     if (signal::m22_Click(session_)) phase_->Refresh();
     Refresh_State();
@@ -190,6 +207,28 @@ void Main_Window::On_Version() {
 void Main_Window::On_Power_Spectrum() {
   signal::m34_Click(session_);
   Refresh_State();
+}
+
+void Main_Window::On_Reference_Mode() {
+  if (editing::m21_Click(session_)) reference_->Refresh();
+  Refresh_State();
+}
+
+void Main_Window::On_Range_Dialog() {
+  Range_Dialog form(session_, this);
+  if (form.exec() == QDialog::Accepted) Refresh_View();
+}
+
+void Main_Window::On_Grid_Dialog() {
+  Grid_Dialog form(session_, this);
+  if (form.exec() == QDialog::Accepted) Refresh_View();
+}
+
+void Main_Window::On_Instrument_Table() {
+  if (!session::Confirm_Mode_Exit(session_)) return;
+  Refresh_State();
+  Instrument_Table_Dialog form(session_, this);
+  form.exec();
 }
 
 void Main_Window::On_Files_Dropped(const QStringList& paths) {

@@ -21,6 +21,7 @@ namespace tevo::app {
 class Plot_Widget;
 class Basic_Toolbar;
 class Phase_Panel;
+class Reference_Panel;
 
 class Main_Window : public QMainWindow {
   Q_OBJECT
@@ -38,6 +39,7 @@ class Main_Window : public QMainWindow {
   void Refresh_View();
   Basic_Toolbar* Basic() const { return basic_; }
   Phase_Panel* Phase() const { return phase_; }
+  Reference_Panel* Reference() const { return reference_; }
 
   // The start-up steps that need the window's Ui (settings, user choice,
   // work marker, command line); the window is not shown yet.
@@ -73,6 +75,10 @@ class Main_Window : public QMainWindow {
   void On_Clear_Recent();
   void On_Version();
   void On_Power_Spectrum();
+  void On_Reference_Mode();
+  void On_Range_Dialog();
+  void On_Grid_Dialog();
+  void On_Instrument_Table();
 
   Session& session_;
   Qt_Ui ui_;
@@ -84,6 +90,7 @@ class Main_Window : public QMainWindow {
   QLabel* cursor_label_ = nullptr;
   Basic_Toolbar* basic_ = nullptr;
   Phase_Panel* phase_ = nullptr;
+  Reference_Panel* reference_ = nullptr;
   QScrollBar* scroll_ = nullptr;
   bool setting_scroll_ = false;
   bool started_ = false;  // the start-up ran: the end writes settings and removes markers

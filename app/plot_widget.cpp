@@ -10,9 +10,19 @@
 #include "display/paint.h"
 #include "display/view_commands.h"
 #include "platform/qt/qt_surface.h"
+#include "session/command_flow.h"
 #include "signal/phase_mode.h"
 
 namespace tevo::app {
+
+namespace {
+
+// The spectrum point under a display index.
+int32_t Spec_Point(const Session& s, int32_t index) {
+  return s.Disp_Points > 0 ? int32_t(int64_t(index) * s.Spec_Points / s.Disp_Points) : index;
+}
+
+}  // namespace
 
 Plot_Widget::Plot_Widget(Session& session, QWidget* parent) : QWidget(parent), session_(session) {
   setObjectName("Picture1");
@@ -60,12 +70,13 @@ void Plot_Widget::mousePressEvent(QMouseEvent* event) {
     // Phase mode: a click places the pivot "pp" (left) or "p2" (right).
     const QPoint p = event->position().toPoint();
     const display::Data_Point d = display::Pixel_To_Data(session_, frame_, p.x(), p.y());
-    const int64_t point = int64_t(d.index) * session_.Spec_Points / session_.Disp_Points;
-    signal::Phase_Set_Marker(session_, event->button() == Qt::RightButton ? 1 : 0, int32_t(point));
+    signal::Phase_Set_Marker(session_, event->button() == Qt::RightButton ? 1 : 0, Spec_Point(session_, d.index));
     emit view_changed();
     return;
   }
-  if (event->button() == Qt::LeftButton && session_.Mouse_Tool != display::Tool_None)
+  // A drag arms with a zoom tool, and in the reference mode without one.
+  const bool reference = session_.Mode.Edit_Mode == session::Mode_Reference && session_.Disp_Points > 0;
+  if (event->button() == Qt::LeftButton && (session_.Mouse_Tool != display::Tool_None || reference))
     drag_start_ = event->position().toPoint();
 }
 
@@ -75,6 +86,10 @@ void Plot_Widget::mouseReleaseEvent(QMouseEvent* event) {
   const display::Data_Point a = display::Pixel_To_Data(session_, frame_, drag_start_.x(), drag_start_.y());
   const display::Data_Point b = display::Pixel_To_Data(session_, frame_, end.x(), end.y());
   drag_start_ = QPoint(-1, -1);
+  if (session_.Mouse_Tool == display::Tool_None) {
+    emit range_dragged(Spec_Point(session_, a.index), Spec_Point(session_, b.index));
+    return;
+  }
   display::Mouse_Zoom(session_, session_.Mouse_Tool, a, b);
   emit view_changed();
 }

@@ -24,6 +24,8 @@ class Plot_Widget : public QWidget {
   void cursor_moved(double ppm, double height);
   void files_dropped(const QStringList& paths);
   void view_changed();
+  // A range dragged in the reference mode, its ends in spectrum points.
+  void range_dragged(int a, int b);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

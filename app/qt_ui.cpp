@@ -13,6 +13,8 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include "bruker_dialog.h"
+#include "instrument_dialogs.h"
 #include "session/messages.h"
 
 namespace tevo::app {
@@ -150,6 +152,10 @@ std::optional<platform::File_Answer> Qt_Ui::Save_File(const platform::File_Reque
 
 int Qt_Ui::Choose(const std::string& title, const std::string& prompt, const std::vector<std::string>& options,
                   int initial) {
+  if (title == Bruker_Dialog::Title && options.size() == 2) {
+    Bruker_Dialog form(initial, parent_);
+    return form.exec() == QDialog::Accepted ? form.Choice() : -1;
+  }
   QDialog dlg(parent_);
   dlg.setWindowTitle(Q(title));
   auto* layout = new QVBoxLayout(&dlg);
@@ -171,6 +177,11 @@ int Qt_Ui::Choose(const std::string& title, const std::string& prompt, const std
 
 std::optional<std::string> Qt_Ui::Ask_Text(const std::string& title, const std::string& prompt,
                                            const std::string& initial) {
+  if (title == "Instrument ID" && session_) {
+    Instrument_Id_Dialog form(*session_, parent_, initial);
+    if (form.exec() != QDialog::Accepted) return std::nullopt;
+    return session_->Param.Instrument_Id;
+  }
   bool ok = false;
   QString t = QInputDialog::getText(parent_, Q(title), Q(prompt), QLineEdit::Normal, Q(initial), &ok);
   if (!ok) return std::nullopt;

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include "platform/ui.h"
+#include "session/session.h"
 
 namespace tevo::app {
 
@@ -29,6 +30,9 @@ class Qt_Ui : public platform::Ui {
  public:
   explicit Qt_Ui(QWidget* parent = nullptr) : parent_(parent) {}
   void Set_Parent(QWidget* parent) { parent_ = parent; }
+  // The session whose questions have windows of their own (the instrument
+  // ID entry); without it they are plain text questions.
+  void Set_Session(Session* session) { session_ = session; }
 
   int Message_Box(const platform::Message_Box_Spec& spec) override;
   void Beep() override;
@@ -36,13 +40,16 @@ class Qt_Ui : public platform::Ui {
   void Do_Events() override;
   std::optional<platform::File_Answer> Open_File(const platform::File_Request& request) override;
   std::optional<platform::File_Answer> Save_File(const platform::File_Request& request) override;
+  // "Bruker補正" shows NMR1D_Form14; other titles a plain choice window.
   int Choose(const std::string& title, const std::string& prompt, const std::vector<std::string>& options,
              int initial) override;
+  // "Instrument ID" shows Form107 when a session is set.
   std::optional<std::string> Ask_Text(const std::string& title, const std::string& prompt,
                                       const std::string& initial) override;
 
  private:
   QWidget* parent_;
+  Session* session_ = nullptr;
   int wait_depth_ = 0;
 };
 

@@ -1,5 +1,7 @@
 // The thin dialogs driven offscreen: fields typed, buttons pressed by their
-// control names, and the session checked against what the core computes.
+// control names, and the session checked against what the core computes;
+// then the windows that open them: the processing window's predictions, the
+// questions of the readers, and the main window's reference mode and menus.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -10,19 +12,37 @@
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTableWidget>
+#include <QStackedWidget>
 #include <QTest>
+#include <QTimer>
+#include <QToolButton>
 #include <cmath>
+#include <complex>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <sstream>
 
-#include "bruker_dialog.h"
+#include "basic_toolbar.h"
+#include "datafiles/bruker.h"
 #include "editing/instrument_table.h"
 #include "editing/reference.h"
+#include "fid_window.h"
 #include "grid_dialog.h"
 #include "instrument_dialogs.h"
 #include "lp_dialog.h"
+#include "main_window.h"
+#include "plot_widget.h"
+#include "qt_ui.h"
 #include "platform/ui.h"
 #include "range_dialog.h"
 #include "reference_panel.h"
+#include "session/command_flow.h"
 #include "session/session.h"
+#include "signal/fid_processing.h"
+#include "signal/synthetic.h"
+#include "support/test_support.h"
 
 namespace {
 
@@ -53,9 +73,29 @@ void Press(QWidget& parent, const char* name) { Child<QPushButton>(parent, name)
 
 QString Text(QWidget& parent, const char* name) { return Child<QLineEdit>(parent, name)->text().trimmed(); }
 
+// Runs `act` on the top-level window `name` as soon as it is shown: a modal
+// window is driven from inside its own event loop. The flag tells that it
+// was shown at all.
+std::shared_ptr<bool> When_Shown(const char* name, std::function<void(QWidget&)> act) {
+  auto shown = std::make_shared<bool>(false);
+  QTimer::singleShot(0, [name, act, shown] {
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+      if (w->objectName() == name && w->isVisible()) {
+        *shown = true;
+        act(*w);
+        return;
+      }
+    }
+  });
+  return shown;
+}
+
 constexpr int kN = 1024;
 constexpr double kObs = 400.13;  // MHz, carrier at the centre
 constexpr double kSw = 8000.0;  // Hz
+
+// Two slowly decaying lines, so that the predicted tail is well above the noise.
+const std::vector<tevo::test::Line> kLines = {{250, 1.0, 1.0}, {-520, 0.5, 0.8, 45}};
 
 // A 1H spectrum of kN points with one Lorentzian at point `centre`, the
 // centre point N/2 at 0 ppm.
@@ -128,34 +168,6 @@ TEST(Dialogs, LinearPredictionTakesValidValuesRestoresRefusedOnesAndCancels) {
   EXPECT_EQ(s.LP_Order, 40);
   EXPECT_EQ(s.LP_Back_Points, 4);
   EXPECT_EQ(s.LP_Stability, 0);
-}
-
-TEST(Dialogs, SingleConverterChoiceSetsTheCorrectionFlag) {
-  App();
-  tevo::Session s;
-  s.Acq_Mode = 1;  // as the reader found it
-  {
-    tevo::app::Bruker_Dialog d(s);
-    EXPECT_TRUE(Child<QRadioButton>(d, "Option1")->isChecked());
-    Child<QRadioButton>(d, "Option2")->setChecked(true);  // the operator knows better
-    Press(d, "Command1");
-    EXPECT_EQ(d.result(), QDialog::Accepted);
-  }
-  EXPECT_EQ(s.Acq_Mode, 0);
-  {
-    tevo::app::Bruker_Dialog d(s);
-    EXPECT_TRUE(Child<QRadioButton>(d, "Option2")->isChecked());
-    Child<QRadioButton>(d, "Option1")->setChecked(true);
-    Press(d, "Command1");
-  }
-  EXPECT_EQ(s.Acq_Mode, 1);
-  {
-    tevo::app::Bruker_Dialog d(s);
-    Child<QRadioButton>(d, "Option2")->setChecked(true);
-    Press(d, "Command2");  // abandons the reading, the flag untouched
-    EXPECT_EQ(d.result(), QDialog::Rejected);
-  }
-  EXPECT_EQ(s.Acq_Mode, 1);
 }
 
 TEST(Dialogs, RangeDialogConvertsUnitsOrdersLimitsAndKeepsPresets) {
@@ -368,6 +380,228 @@ TEST(Dialogs, InstrumentTableDeletionsIdEntryAndReferenceFromARow) {
     Press(d, "Command1");
   }
   EXPECT_EQ(s.Param.Instrument_Id, "JNM600");
+}
+
+// A FID of two damped lines with 1 % noise; the work file holds it as read.
+void Make_Fid(tevo::Session& s, const tevo::test::Temp_Dir& dir) {
+  tevo::test::Fill_Fid(s, 1024, 1024, 4096, 400, kLines, 1e-2, 5);
+  s.Fid_Work_File = (dir / "fid.dat").string();
+  ASSERT_EQ(tevo::signal::Save_Fid_Work_File(s), 0);
+  s.Auto_Phase_Off = 1;
+}
+
+// The stored sample t of the noiseless lines (the FID is kept conjugated).
+std::complex<double> True_Sample(int32_t t) { return std::conj(tevo::test::Line_Sample(kLines, 4096, t)); }
+
+TEST(Wiring, ProcessingWindowPredictionsAskTheirParametersFirst) {
+  App();
+  tevo::test::Temp_Dir dir;
+  tevo::Session s;
+  Make_Fid(s, dir);
+  for (int t = 0; t < 6; ++t) {  // a ringing start
+    s.Fid_Re(t) = 5;
+    s.Fid_Im(t) = -3;
+  }
+  tevo::app::Fid_Window w(s);
+  const auto parameters = [](QWidget& d) {
+    Type(d, "Text4", "20");
+    Type(d, "Text2", "900");
+    Type(d, "Text1", "6");
+    Child<QCheckBox>(d, "Check1")->setChecked(false);
+    Press(d, "Command1");
+  };
+
+  // キャンセル in the parameters runs nothing.
+  auto shown = When_Shown("NMR1D_Form13", [](QWidget& d) { Press(d, "Command2"); });
+  w.Button("Command6")->click();
+  EXPECT_TRUE(*shown);
+  EXPECT_EQ(s.Fid_Re(0), 5.0f);
+  shown = When_Shown("NMR1D_Form13", [](QWidget& d) { Press(d, "Command2"); });
+  w.Button("Command5")->click();
+  EXPECT_TRUE(*shown);
+  EXPECT_EQ(s.LP_Fill_Factor, 1);
+  EXPECT_EQ(s.Spec_Points, 1024);
+
+  // LP Back with order 20 over 900 rows rebuilds the six points within 3 %
+  // of the noiseless lines; N stays.
+  shown = When_Shown("NMR1D_Form13", parameters);
+  w.Button("Command6")->click();
+  ASSERT_TRUE(*shown);
+  EXPECT_EQ(s.LP_Back_Points, 6);
+  EXPECT_EQ(s.Spec_Points, 1024);
+  for (int t = 0; t < 6; ++t) {
+    const std::complex<double> want = True_Sample(t);
+    EXPECT_LT(std::abs(std::complex<double>(s.Fid_Re(t), s.Fid_Im(t)) - want) / std::abs(want), 0.03) << t;
+  }
+
+  // LP Fill doubles N from the work file and predicts the tail; zero fill
+  // is off afterwards.
+  shown = When_Shown("NMR1D_Form13", parameters);
+  w.Button("Command5")->click();
+  ASSERT_TRUE(*shown);
+  EXPECT_EQ(s.LP_Fill_Factor, 2);
+  ASSERT_EQ(s.Spec_Points, 2048);
+  EXPECT_FALSE(w.Button("Command1")->isEnabled());
+  double err = 0, ref = 0;
+  for (int32_t t = 1024; t < 2048; ++t) {
+    err += std::norm(std::complex<double>(s.Fid_Re(t), s.Fid_Im(t)) - True_Sample(t));
+    ref += std::norm(True_Sample(t));
+  }
+  EXPECT_LT(std::sqrt(err / ref), 0.08);  // 4 % when written
+  RecordProperty("lp_fill_tail_error", std::to_string(std::sqrt(err / ref)));
+}
+
+TEST(Wiring, ReaderQuestionsShowTheirWindows) {
+  App();
+  namespace fs = std::filesystem;
+  tevo::test::Temp_Dir dir;
+  const fs::path source = tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1");
+  fs::copy(source, dir / "1", fs::copy_options::recursive);
+  // The same FID as if recorded with one converter: ##$AQ_mod= 2.
+  std::string acqus = tevo::test::Read_Text(dir / "1/acqus");
+  const auto at = acqus.find("##$AQ_mod= 1");
+  ASSERT_NE(at, std::string::npos);
+  acqus.replace(at, 12, "##$AQ_mod= 2");
+  tevo::test::Write_Text(dir / "1/acqus", acqus);
+
+  tevo::app::Qt_Ui ui;
+  const auto read = [&](std::function<void(QWidget&)> act, int& status) {
+    tevo::Session s;
+    s.ui = &ui;
+    auto shown = When_Shown("NMR1D_Form14", act);
+    status = tevo::datafiles::Read_Bruker_Fid(s, (dir / "1").string());
+    EXPECT_TRUE(*shown);
+    return s.Acq_Mode;
+  };
+  int status = -9;
+  // Single preset; OK keeps it, the correction is wanted.
+  EXPECT_EQ(read(
+                [](QWidget& d) {
+                  EXPECT_TRUE(Child<QRadioButton>(d, "Option1")->isChecked());
+                  Press(d, "Command1");
+                },
+                status),
+            1);
+  EXPECT_EQ(status, 0);
+  // The operator knows it was two converters.
+  EXPECT_EQ(read(
+                [](QWidget& d) {
+                  Child<QRadioButton>(d, "Option2")->setChecked(true);
+                  Press(d, "Command1");
+                },
+                status),
+            0);
+  EXPECT_EQ(status, 0);
+  // キャンセル abandons the reading.
+  read([](QWidget& d) { Press(d, "Command2"); }, status);
+  EXPECT_EQ(status, 1);
+
+  // The instrument ID question is Form107: known IDs, the reader's name
+  // preset, the answer in upper case.
+  tevo::Session s;
+  s.settings.Instrument_Ids = {"JNM400", "AV600"};
+  ui.Set_Session(&s);
+  auto shown = When_Shown("Form107", [](QWidget& d) {
+    EXPECT_EQ(Text(d, "Text1").toStdString(), "ecz400s");
+    Type(d, "Text1", " av600b ");
+    Press(d, "Command1");
+  });
+  EXPECT_EQ(ui.Ask_Text("Instrument ID", "Instrument ID", "ecz400s"), std::optional<std::string>("AV600B"));
+  EXPECT_TRUE(*shown);
+  When_Shown("Form107", [](QWidget& d) { Press(d, "Command2"); });
+  EXPECT_EQ(ui.Ask_Text("Instrument ID", "Instrument ID", "x"), std::nullopt);
+}
+
+TEST(Wiring, MainWindowReferenceModeRangeGridAndInstrumentMenus) {
+  App();
+  tevo::Session s;
+  tevo::app::Main_Window w(s);
+  EXPECT_FALSE(w.Action("m21")->isEnabled());  // no data
+  EXPECT_FALSE(w.Action("m31")->isEnabled());
+  EXPECT_FALSE(w.Action("m30")->isEnabled());
+  EXPECT_TRUE(w.Action("m44")->isEnabled());
+  tevo::platform::Scripted_Ui ui;
+  Make_Spectrum(s, ui, 700);
+  const std::vector<float> axis = s.Spec_Axis;
+  w.Refresh_State();
+  EXPECT_TRUE(w.Action("m21")->isEnabled());
+  EXPECT_TRUE(w.Action("m31")->isEnabled());
+  EXPECT_TRUE(w.Action("m30")->isEnabled());
+
+  // The mode: its panel, its check mark, "Ref値" from SMEXR.
+  w.Action("m21")->trigger();
+  EXPECT_EQ(s.Mode.Edit_Mode, tevo::session::Mode_Reference);
+  EXPECT_TRUE(w.Action("m21")->isChecked());
+  EXPECT_EQ(w.findChild<QStackedWidget*>("ToolPanels")->currentWidget()->objectName(), "RefToolbar");
+  EXPECT_DOUBLE_EQ(Text(w, "RefText1").toDouble(), 0.0);
+
+  // A drag over the peak with the mouse, from 6 to 8 ppm of the old axis.
+  w.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+  tevo::app::Plot_Widget* plot = w.Plot();
+  plot->repaint();
+  const auto& f = plot->Frame();
+  ASSERT_GT(f.Frame_Right, f.Frame_Left);
+  const auto pixel = [&](double ppm) {
+    return int(std::lround(f.Frame_Left + (ppm - s.X_Left) / (s.X_Right - s.X_Left) * (f.Frame_Right - f.Frame_Left)));
+  };
+  const int y = (f.Frame_Top + f.Frame_Base) / 2;
+  Type(w, "RefText1", "7.26");
+  QTest::mousePress(plot, Qt::LeftButton, {}, QPoint(pixel(axis[680]), y));
+  QTest::mouseMove(plot, QPoint(pixel(axis[720]), y));
+  QTest::mouseRelease(plot, Qt::LeftButton, {}, QPoint(pixel(axis[720]), y));
+  EXPECT_NEAR(s.Spec_Axis[700], 7.26, 1e-4);
+  EXPECT_EQ(s.Mode.Mode_Unchanged, 0);
+
+  // Another mode asks first: Cancel stays, Yes confirms and goes on.
+  ui.button_answers = {3};
+  w.Action("m22")->trigger();
+  EXPECT_EQ(s.Mode.Edit_Mode, tevo::session::Mode_Reference);
+  ASSERT_FALSE(ui.shown.empty());
+  EXPECT_EQ(ui.shown.back().text, "Reference設定を実行しますか");
+  ui.button_answers = {1};
+  w.Action("m22")->trigger();
+  EXPECT_EQ(s.Mode.Edit_Mode, tevo::session::Mode_Phase);
+  EXPECT_FALSE(w.Action("m21")->isChecked());
+  EXPECT_NEAR(s.Spec_Axis[700], 7.26, 1e-4);
+  EXPECT_FLOAT_EQ(float(s.settings.Real("REF INITITAL")), 7.26f);
+  EXPECT_EQ(s.Data_Saved, 0);
+
+  // The range window from the menu and from button 5 of the basic panel.
+  auto shown = When_Shown("NMR1D_Form31", [](QWidget& d) {
+    Child<QRadioButton>(d, "Option1")->setChecked(true);
+    Type(d, "Text1", "9");
+    Type(d, "Text2", "3");
+    Press(d, "Command1");
+  });
+  w.Action("m31")->trigger();
+  EXPECT_TRUE(*shown);
+  EXPECT_NEAR(s.X_Left, 9.0, 1e-6);
+  EXPECT_NEAR(s.X_Right, 3.0, 1e-6);
+  shown = When_Shown("NMR1D_Form31", [](QWidget& d) { Press(d, "Command2"); });
+  w.Basic()->Button(5)->click();
+  EXPECT_TRUE(*shown);
+
+  // The grid window stores its settings.
+  shown = When_Shown("NMR1D_Form33", [](QWidget& d) {
+    Child<QRadioButton>(d, "Option1")->setChecked(true);
+    Type(d, "Text3", "1");
+    Press(d, "Command1");
+  });
+  w.Action("m30")->trigger();
+  EXPECT_TRUE(*shown);
+  EXPECT_EQ(s.settings.Int("DISPLAY GRID"), 1);
+
+  // The instrument table leaves the mode first (unchanged: quietly).
+  s.Instr_Tab = {{"JNM400", "CDCL3", "1H", 400.1302, 400.15, "", ""}};
+  shown = When_Shown("Form108", [](QWidget& d) {
+    EXPECT_EQ(Child<QTableWidget>(d, "Grid1")->rowCount(), 1);
+    Press(d, "Command1");
+  });
+  w.Action("m44")->trigger();
+  EXPECT_TRUE(*shown);
+  EXPECT_EQ(s.Mode.Edit_Mode, tevo::session::Mode_Basic);
+  w.hide();
 }
 
 }  // namespace
