@@ -88,8 +88,8 @@ class Writer {
     Overlay_Table(E_Ov_Peaks, [&](size_t at, const Overlay_Slot& o) {
       return native_io::Write_Peaks(w_, at, o.Slot_Peaks, {0.2f, 0, 0.05f, o.Slot_Max_Abs});
     });
-    Section(E_Insets, [&](size_t at) { return Insets(at); });
-    if (!s_.Texts.empty()) Section(E_Texts, [&](size_t at) { return Texts(at); });
+    Section(E_Insets, [&](size_t at) { return native_io::Write_Insets(w_, at, s_.Insets); });
+    if (!s_.Texts.empty()) Section(E_Texts, [&](size_t at) { return native_io::Write_Texts(w_, at, s_.Texts); });
     Overlay_Table(E_Ov_Disp, [&](size_t at, const Overlay_Slot& o) { return Slot_Display(at, o); });
     Overlay_Table(E_Ov_Spectra, [&](size_t at, const Overlay_Slot& o) { return Slot_Spectrum(at, o); });
     Section(E_Page, [&](size_t at) { return Page(at); });
@@ -214,35 +214,6 @@ class Writer {
     for (int32_t i = 0; i < n; ++i)
       w_.F32(at + 576 + 4 * static_cast<size_t>(i), static_cast<size_t>(i) < o.Slot_Y.size() ? o.Slot_Y[static_cast<size_t>(i)] : 0.0f);
     return 576 + 4 * static_cast<size_t>(n);
-  }
-
-  size_t Insets(size_t at) {
-    const size_t n = std::min(s_.Insets.size(), static_cast<size_t>(Inset_Max));
-    w_.I32(at, static_cast<int32_t>(n));
-    w_.Reach(at + 24 + 512 * n);
-    for (size_t k = 0; k < n; ++k) native_io::Write_Inset(w_, at + 24 + 512 * k, s_.Insets[k]);
-    return 24 + 512 * n;
-  }
-
-  size_t Texts(size_t at) {
-    const size_t n = s_.Texts.size();
-    w_.I32(at, static_cast<int32_t>(n));
-    w_.Reach(at + 4 + 4 * n);
-    for (size_t k = 0; k < n; ++k) {
-      const Text_Rec& t = s_.Texts[k];
-      const size_t rec = w_.Next_Section();
-      w_.I32(at + 4 + 4 * k, static_cast<int32_t>(rec));
-      w_.F32(rec, t.X);
-      w_.F32(rec + 4, t.Y);
-      for (size_t j = 0; j < 3; ++j) w_.F32(rec + 8 + 4 * j, t.Frame[j]);
-      w_.F32(rec + 20, t.Font_Size);
-      w_.I16(rec + 24, t.Bold);
-      w_.I16(rec + 26, t.Italic);
-      w_.Text_Field(rec + 32, t.Font_Name, 32);
-      const size_t len = w_.Text_Block(rec + 64, t.Text) - 4;
-      w_.I32(rec + 28, static_cast<int32_t>(len));
-    }
-    return w_.Size() - at;
   }
 
   size_t Lines(size_t at) {
@@ -440,12 +411,7 @@ class Reader {
       s_.Base_Level = lv.base;
       s_.Noise_Level = lv.noise;
     }
-    if (const Section_At& a = At(E_Insets); a.present) {
-      const int32_t n = std::clamp(r_.I32(a.off), 0, Inset_Max);
-      s_.Insets.clear();
-      for (int32_t k = 0; k < n && a.size >= 24 + 512 * static_cast<size_t>(k + 1); ++k)
-        s_.Insets.push_back(native_io::Read_Inset(r_, a.off + 24 + 512 * static_cast<size_t>(k)));
-    }
+    if (const Section_At& a = At(E_Insets); a.present) s_.Insets = native_io::Read_Insets(r_, a.off, a.size);
     if (const Section_At& a = At(E_Texts); a.present) native_io::Read_Texts(r_, a.off, s_);
     if (const Section_At& a = At(E_Lines); a.present) native_io::Read_Lines(r_, a.off, s_);
   }

@@ -504,6 +504,43 @@ Inset_Rec Read_Inset(const Image_Reader& r, size_t off) {
 
 // ------------------------------------------------- notes, lines, pictures ----
 
+size_t Write_Insets(Image_Writer& w, size_t at, const std::vector<Inset_Rec>& insets) {
+  const size_t n = std::min(insets.size(), static_cast<size_t>(Inset_Max));
+  w.I32(at, static_cast<int32_t>(n));
+  w.Reach(at + 24 + 512 * n);
+  for (size_t k = 0; k < n; ++k) Write_Inset(w, at + 24 + 512 * k, insets[k]);
+  return 24 + 512 * n;
+}
+
+std::vector<Inset_Rec> Read_Insets(const Image_Reader& r, size_t at, size_t size) {
+  std::vector<Inset_Rec> list;
+  const int32_t n = std::clamp(r.I32(at), 0, Inset_Max);
+  for (int32_t k = 0; k < n && size >= 24 + 512 * static_cast<size_t>(k + 1); ++k)
+    list.push_back(Read_Inset(r, at + 24 + 512 * static_cast<size_t>(k)));
+  return list;
+}
+
+size_t Write_Texts(Image_Writer& w, size_t at, const std::vector<Text_Rec>& texts) {
+  const size_t n = texts.size();
+  w.I32(at, static_cast<int32_t>(n));
+  w.Reach(at + 4 + 4 * n);
+  for (size_t k = 0; k < n; ++k) {
+    const Text_Rec& t = texts[k];
+    const size_t rec = w.Next_Section();
+    w.I32(at + 4 + 4 * k, static_cast<int32_t>(rec));
+    w.F32(rec, t.X);
+    w.F32(rec + 4, t.Y);
+    for (size_t j = 0; j < 3; ++j) w.F32(rec + 8 + 4 * j, t.Frame[j]);
+    w.F32(rec + 20, t.Font_Size);
+    w.I16(rec + 24, t.Bold);
+    w.I16(rec + 26, t.Italic);
+    w.Text_Field(rec + 32, t.Font_Name, 32);
+    const size_t len = w.Text_Block(rec + 64, t.Text) - 4;
+    w.I32(rec + 28, static_cast<int32_t>(len));
+  }
+  return w.Size() - at;
+}
+
 void Read_Texts(const Image_Reader& r, size_t off, Session& s) {
   const int32_t n = std::clamp(r.I32(off), 0, Text_Max);
   s.Texts.clear();

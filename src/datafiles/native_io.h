@@ -19,6 +19,7 @@ struct Font_Rec;
 struct Inset_Rec;
 struct Peak_Rec;
 struct Integ_Rec;
+struct Text_Rec;
 }  // namespace tevo
 
 namespace tevo::datafiles::native_io {
@@ -147,6 +148,16 @@ Inset_Rec Read_Inset(const Image_Reader& r, size_t off);
 // "ＭＳ ゴシック".
 void Write_Font_Record(Image_Writer& w, size_t off, const Font_Rec& f, size_t name_at = 16);
 Font_Rec Read_Font_Record(const Image_Reader& r, size_t off, size_t name_at = 16);
+
+// The inset list: count, five zero int32, one 512-byte record per inset
+// from 24; returns the bytes written. The reader keeps the records that fit
+// in `size`.
+size_t Write_Insets(Image_Writer& w, size_t at, const std::vector<Inset_Rec>& insets);
+std::vector<Inset_Rec> Read_Insets(const Image_Reader& r, size_t at, size_t size);
+
+// The note list: count, one file offset per note, each note on a 16-byte
+// boundary behind it; returns the bytes written from `at`.
+size_t Write_Texts(Image_Writer& w, size_t at, const std::vector<Text_Rec>& texts);
 
 // ---- notes, lines, pictures and the structure picture, from `off` ----
 // Counts outside their limits give empty lists; a note font without a name

@@ -190,6 +190,14 @@ int Write_Older_Native(Session& s, const std::string& path) {
     off = w.Next_Section();
     pair(H_Peaks, off,
          native_io::Write_Peaks(w, off, s.Peaks, {s.Peak_Level, s.Base_Level, s.Noise_Level, s.Max_Abs}));
+    if (!s.Insets.empty()) {
+      off = w.Next_Section();
+      pair(H_Insets, off, native_io::Write_Insets(w, off, s.Insets));
+    }
+    if (!s.Texts.empty()) {
+      off = w.Next_Section();
+      pair(H_Notes, off, native_io::Write_Texts(w, off, s.Texts));
+    }
   } catch (const std::exception&) {
     return native_io::Run_Time_Failure(s, "WRT/ALS");
   }
@@ -266,6 +274,8 @@ int Read_Older(Session& s, const std::vector<uint8_t>& bytes) {
     s.Peaks = native_io::Read_Peaks(r, off, size, lv, s.Param.RESOL, s.Param.FREQU, point);
     s.Peak_Level = lv.peak, s.Base_Level = lv.base, s.Noise_Level = lv.noise;
   }
+  if (pair(H_Insets, off, size)) s.Insets = native_io::Read_Insets(r, off, size);
+  if (pair(H_Notes, off, size)) native_io::Read_Texts(r, off, s);
   if (version == 0) {
     Default_Page_Fields(s);  // version 1.00 has no display section
   } else if (pair(H_Display, off, size) && size >= 8) {

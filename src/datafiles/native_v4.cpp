@@ -56,8 +56,9 @@ class V4_Reader {
     for (int n = 0; n < Set_Count; ++n) sets[n] = Set_Pair(n);
     bool file_has_overlays = false;
     for (int n = 1; n < Set_Count; ++n) file_has_overlays = file_has_overlays || sets[n].present;
-    bool read_overlays = file_has_overlays;
-    if (file_has_overlays && Session_Has_Overlays()) {
+    // The overlay mode that keeps the slots skips the stored overlays.
+    bool read_overlays = file_has_overlays && s_.Overlay_Read_Mode != 3;
+    if (read_overlays && Session_Has_Overlays()) {
       read_overlays = Show_Message(s_, "重ね書きデータに上書きしますか。", Style_Yes_No + Icon_Question,
                                    "重ね書き,上書き確認") == Msg_Yes;
     }

@@ -69,6 +69,8 @@ TEST(NativeOlder, Version101RoundTripKeepsDataAndParameters) {
   EXPECT_EQ(b.Peaks, s.Peaks);
   EXPECT_EQ(b.Integrals, s.Integrals);
   EXPECT_EQ(b.X_Left, s.X_Left);
+  EXPECT_EQ(b.Insets, s.Insets);
+  EXPECT_EQ(b.Texts, s.Texts);
 }
 
 // A version-1.00 file: banner at 82, directory at 146, parameter block at

@@ -150,6 +150,16 @@ TEST(NativeV4, BuiltFilesReadWithOverlaysAndFallbacks) {
     EXPECT_EQ(ui_k.shown[0].text, "重ね書きデータに上書きしますか。");
     EXPECT_EQ(ui_k.shown[0].title, "重ね書き,上書き確認");
     EXPECT_EQ(keep.Overlay[1].Slot_Points, 4);
+
+    // The overlay mode that keeps the slots skips them without asking.
+    Session held;
+    platform::Scripted_Ui ui_h;
+    test::Quiet_Session(held, ui_h);
+    held.Overlay_Read_Mode = 3;
+    ASSERT_EQ(datafiles::Read1D_DataTevoV4_2(held, path), 0);
+    EXPECT_TRUE(ui_h.shown.empty());
+    EXPECT_EQ(held.Overlay[1].Slot_Points, 0);
+    EXPECT_EQ(held.Spec_Points, 16);
   }
 }
 
