@@ -3,10 +3,17 @@
 // Usage: tevo1d [--home DIR] [--screenshot FILE.png] [PATH]
 // PATH follows the command-line rules of the program (quotes, "$" prefix).
 // --home sets the program folder; --screenshot paints the main window into a
-// picture once the start is done and ends (used without a display).
+// picture once the start is done and ends (used without a display). A FID
+// opened there is photographed in its processing window (FILE-fid.png) and
+// committed with the window's defaults, as if 完 了 were pressed.
 #include <QApplication>
+#include <QDialog>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
+#include <QPushButton>
 #include <QTimer>
+#include <cstdio>
 #include <string>
 
 #include "main_window.h"
@@ -35,8 +42,30 @@ int main(int argc, char** argv) {
   if (screenshot.empty()) title.show();
   QApplication::processEvents();
 
+  // Nobody is there to answer a modal window in screenshot mode. The FID's
+  // processing window is photographed and committed with its defaults; any
+  // other window is accepted as it stands, and named on stderr.
+  QTimer answer_modal;
+  if (!screenshot.empty()) {
+    QObject::connect(&answer_modal, &QTimer::timeout, [&screenshot] {
+      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      if (dialog->objectName() != "NMR1D_Form11") {
+        std::fprintf(stderr, "screenshot: accepted \"%s\"\n", dialog->windowTitle().toUtf8().constData());
+        dialog->accept();
+        return;
+      }
+      const QFileInfo shot(QString::fromStdString(screenshot));
+      dialog->grab().save(shot.dir().filePath(shot.completeBaseName() + "-fid." + shot.suffix()));
+      auto* commit = dialog->findChild<QPushButton*>("Command3");
+      if (commit != nullptr && !commit->isEnabled()) dialog->findChild<QPushButton*>("Command2")->click();
+      if (commit != nullptr) commit->click();
+    });
+    answer_modal.start(50);
+  }
+
   tevo::app::Main_Window window(session);
-  window.Start(home, argv[0], command_line);
+  window.Start(home, argv[0], command_line, /*interactive=*/screenshot.empty());
   if (!window.Started()) return 0;
 
   // Wait for the title window (its timer), at most 30 seconds.

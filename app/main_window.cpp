@@ -236,12 +236,13 @@ void Main_Window::On_Files_Dropped(const QStringList& paths) {
   if (paths.size() == 1) Open(paths.front().toStdString());
 }
 
-void Main_Window::Start(const std::string& home, const std::string& exe_path, const std::string& command_line) {
+void Main_Window::Start(const std::string& home, const std::string& exe_path, const std::string& command_line,
+                        bool interactive) {
   session::Start_Options o;
   o.home = home;
   o.exe_path = exe_path;
   o.command_line = command_line;
-  o.interactive = true;
+  o.interactive = interactive;
   o.data_kind = [this](const std::string& path) {
     std::string p = path;
     return datafiles::Resolve_Data_File(session_, p).status;

@@ -42,8 +42,10 @@ class Main_Window : public QMainWindow {
   Reference_Panel* Reference() const { return reference_; }
 
   // The start-up steps that need the window's Ui (settings, user choice,
-  // work marker, command line); the window is not shown yet.
-  void Start(const std::string& home, const std::string& exe_path, const std::string& command_line);
+  // work marker, command line); the window is not shown yet. Not
+  // `interactive`: the latest user is taken without asking.
+  void Start(const std::string& home, const std::string& exe_path, const std::string& command_line,
+             bool interactive = true);
   // Opens the file named on the command line, if any.
   void Open_Command_Line();
   // The open command (NM1D_m11) on a path, or with the file dialog when the

@@ -32,7 +32,10 @@ std::vector<Sample_Line> Sample_Lines() {
 }
 
 int Write_Sample(const std::filesystem::path& dir) {
-  constexpr double bf1 = 400.13, carrier_ppm = 4.7, sweep_hz = 8012.82, t2 = 0.3;
+  // The carrier sits on the reference (0 ppm): a raw FID's axis is centred
+  // on its carrier until the operator references it, so the lines then
+  // show at their shifts straight away.
+  constexpr double bf1 = 400.13, carrier_ppm = 0.0, sweep_hz = 8012.82, t2 = 0.3;
   constexpr int points = 8192;  // complex
   const double sfo1 = bf1 * (1 + carrier_ppm * 1e-6);
   std::error_code ec;
