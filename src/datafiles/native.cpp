@@ -370,15 +370,17 @@ class Reader {
 
   void Data() {
     const int32_t n = s_.Param.POINT, rows = std::max(s_.Array_Rows, 1);
-    Alloc_Point_Arrays(s_, n);
-    s_.Spec_Points = n;
     const Section_At& a = At(E_Data);
-    if (!a.present) return;
     const size_t count = static_cast<size_t>(n) * static_cast<size_t>(rows);
-    if (!r_.Has(a.off, count * 8)) {
+    // A row count that the file cannot hold is damage: stop before the
+    // arrays are sized by it.
+    if (a.present && !r_.Has(a.off, count * 8)) {
       r_.short_read = true;
       return;
     }
+    Alloc_Point_Arrays(s_, n);
+    s_.Spec_Points = n;
+    if (!a.present) return;
     size_t at = a.off;
     for (auto [spec, ft] : {std::pair{&s_.Spec_Re, &s_.Ft_Re}, std::pair{&s_.Spec_Im, &s_.Ft_Im}})
       for (int32_t r = 0; r < rows; ++r)

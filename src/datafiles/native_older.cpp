@@ -236,12 +236,13 @@ int Read_Older(Session& s, const std::vector<uint8_t>& bytes) {
   if (r.I32(dir + 16) > 0) Read_Array_Block(r, static_cast<size_t>(r.I32(dir + 16)), s);
 
   const int32_t rows = s.Array_Rows;
-  Alloc_Point_Arrays(s, point);
-  s.Spec_Points = point;
   const int32_t data = r.I32(dir + 8);
   const size_t count = static_cast<size_t>(point) * static_cast<size_t>(rows);
+  // Data that the file cannot hold is damage, found before the arrays grow.
+  if (data > 0 && !r.Has(static_cast<size_t>(data), 8 * count)) return -1;
+  Alloc_Point_Arrays(s, point);
+  s.Spec_Points = point;
   if (data > 0) {
-    if (!r.Has(static_cast<size_t>(data), 8 * count)) return -1;
     size_t at = static_cast<size_t>(data);
     for (auto [spec, ft] : {std::pair{&s.Spec_Re, &s.Ft_Re}, std::pair{&s.Spec_Im, &s.Ft_Im}})
       for (int32_t row = 0; row < rows; ++row)

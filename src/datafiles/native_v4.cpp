@@ -126,10 +126,10 @@ class V4_Reader {
     into.Array_Rows = std::max(into.Array_Rows, 1);
     const Span data = Sub_Pair(set, Sub_Data);
     const size_t count = static_cast<size_t>(point) * static_cast<size_t>(into.Array_Rows);
+    if (data.present && data.size < Sub_Head + 8 * count) return 1;
     Alloc_Point_Arrays(into, point);
     into.Spec_Points = point;
     if (data.present) {
-      if (data.size < Sub_Head + 8 * count) return 1;
       size_t at = data.off + Sub_Head;
       for (auto [spec, ft] : {std::pair{&into.Spec_Re, &into.Ft_Re}, std::pair{&into.Spec_Im, &into.Ft_Im}})
         for (int32_t row = 0; row < into.Array_Rows; ++row)

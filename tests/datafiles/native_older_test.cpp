@@ -71,6 +71,22 @@ TEST(NativeOlder, Version101RoundTripKeepsDataAndParameters) {
   EXPECT_EQ(b.X_Left, s.X_Left);
   EXPECT_EQ(b.Insets, s.Insets);
   EXPECT_EQ(b.Texts, s.Texts);
+
+  // Damage: a row count the file cannot hold, and cuts through the head,
+  // the parameters and the data, each fail with a status and never crash.
+  std::vector<uint8_t> bad = f;
+  datafiles::Put_LE_Int16(bad, 787 + 176, 30000);
+  std::vector<std::vector<uint8_t>> damaged = {bad};
+  for (size_t cut : {size_t{300}, size_t{600}, size_t{1400}, size_t{1568 + 8000}})
+    damaged.emplace_back(f.begin(), f.begin() + static_cast<std::ptrdiff_t>(cut));
+  for (size_t k = 0; k < damaged.size(); ++k) {
+    test::Write_Bytes(path, damaged[k]);
+    Session d;
+    platform::Scripted_Ui ui_d;
+    test::Quiet_Session(d, ui_d);
+    EXPECT_NE(datafiles::Read_Older_Native(d, path), 0) << k;
+    EXPECT_EQ(ui_d.shown.size(), 1u) << k;
+  }
 }
 
 // A version-1.00 file: banner at 82, directory at 146, parameter block at

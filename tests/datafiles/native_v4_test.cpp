@@ -194,6 +194,16 @@ TEST(NativeV4, TwoDimensionalKindsBrokenSetsAndBanner) {
   ASSERT_EQ(ui_b.shown.size(), 1u);
   EXPECT_EQ(ui_b.shown[0].text, "Dataが壊れています");
 
+  // A row count that the data subsection cannot hold is a broken set.
+  f = Build_V4("TV NMR Ver.4.01", false);
+  Put_LE_Int32(f, 1024 + 256 + 128 + 1108, 100000);
+  test::Write_Bytes(path, f);
+  Session rows;
+  platform::Scripted_Ui ui_r;
+  test::Quiet_Session(rows, ui_r);
+  EXPECT_EQ(datafiles::Read1D_DataTevoV4_2(rows, path), 1);
+  EXPECT_EQ(ui_r.shown.at(0).text, "Dataが壊れています");
+
   f = Build_V4("TV NMR Ver.3.99", false);
   test::Write_Bytes(path, f);
   EXPECT_EQ(datafiles::Check_Native_V4(path).status, 1);
