@@ -1,16 +1,19 @@
 // tevo1d-cli render PATH -o OUT.png|.bmp|.pdf|.svg [--size WxH] [--range LEFT,RIGHT]
-// The main window's plot of a data file, painted by the window's own paint
-// routine into an image or a vector file.
+// The main window's plot of any data file the open command reads (a FID is
+// transformed first), painted by the window's own paint routine into an
+// image or a vector file, with the window's caption line at the top.
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <string>
 
 #include "commands.h"
-#include "datafiles/jcamp.h"
+#include "datafiles/open_file.h"
+#include "display/caption_line.h"
 #include "display/paint.h"
 #include "display/view_commands.h"
 #include "display/style.h"
+#include "signal/fid_processing.h"
 #ifdef TEVO_HAVE_QT
 #include "platform/qt/qt_output.h"
 #endif
@@ -25,12 +28,14 @@ std::string Lower_Extension(const std::string& path) {
   return e;
 }
 
-// Reads the data set into the session. Returns a core status word.
+// Reads the data set through the open command; a FID is transformed as the
+// processing window's defaults and automatic phase would do it. Returns a
+// core status word.
 int Read_Data(Session& s, const std::string& path) {
-  const std::string ext = Lower_Extension(path);
-  if (ext == ".dx" || ext == ".jdx" || ext == ".jcamp") return datafiles::RDJ(s, path);
-  std::cerr << "render: no reader for " << path << " yet\n";
-  return 1;
+  const int st = datafiles::NM1D_m11_Click(s, {path, {}});
+  if (st != 0 || (s.Param.SMODE != 0 && s.Is_Fid == 0)) return st;
+  signal::Process_Report report;
+  return signal::Process_Fid(s, signal::Process_Request{}, report);
 }
 
 bool Parse_Size(const std::string& text, int& w, int& h) {
@@ -66,14 +71,15 @@ void Register_Render(CLI::App& app, Context& ctx) {
       return;
     }
     int st = Start_Session(ctx);
-    if (st == 0) st = Read_Data(ctx.session, path);
+    // The caption names the file by its full path, as the window's does.
+    if (st == 0) st = Read_Data(ctx.session, std::filesystem::absolute(path).lexically_normal().string());
     if (st != 0) {
       ctx.exit_code = Exit_From_Status(st);
       return;
     }
     Session& s = ctx.session;
-    if (s.Param.SMODE == 0 || s.Spec_Points <= 0) {
-      std::cerr << "render: " << path << " holds a FID; processing it first is not available yet\n";
+    if (s.Spec_Points <= 0) {
+      std::cerr << "render: " << path << " holds no spectrum\n";
       ctx.exit_code = Exit_Refused;
       return;
     }
@@ -88,7 +94,10 @@ void Register_Render(CLI::App& app, Context& ctx) {
     platform::Probe_Font_Table();
     st = platform::Render_To_File(out, w, h, 96.0,
                                   display::Setting_Colour(s, "COL BACKGROUND", 0xFFFFFF),
-                                  [&s](platform::Surface& surf) { display::Picture1_Paint(s, surf); });
+                                  [&s](platform::Surface& surf) {
+                                    display::Picture1_Paint(s, surf);
+                                    display::Draw_Caption_Line(s, surf);
+                                  });
     if (st != 0) std::cerr << "render: could not write " << out << "\n";
     ctx.exit_code = Exit_From_Status(st);
 #else

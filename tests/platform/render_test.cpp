@@ -1,0 +1,102 @@
+// The picture of the main plot of a real FID, opened and transformed as the
+// render command does it, painted into a PNG file and read back.
+#include <QImage>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <vector>
+
+#include "datafiles/open_file.h"
+#include "display/caption_line.h"
+#include "display/paint.h"
+#include "display/plot_geometry.h"
+#include "display/view_commands.h"
+#include "platform/qt/qt_output.h"
+#include "platform/ui.h"
+#include "session/session.h"
+#include "signal/fid_processing.h"
+#include "support/test_support.h"
+
+namespace tevo::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Ink: anything clearly off the white background (lines may be smoothed).
+bool Dark(QRgb p) { return qGray(p) < 200; }
+
+TEST(Render, AspirinFidPaintsItsSpectrumAxisAndCaption) {
+  Ensure_Gui_Application();
+  Probe_Font_Table();
+  test::Temp_Dir dir;
+  // The experiment in a folder with a Japanese name, which the caption shows.
+  const fs::path experiment = dir / "アスピリン" / "1";
+  fs::create_directories(experiment.parent_path());
+  fs::copy(test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1"), experiment,
+           fs::copy_options::recursive);
+
+  Scripted_Ui ui;
+  ui.quiet = true;
+  Session s;
+  s.ui = &ui;
+  s.App_Path = dir.path().string();
+  s.Log_Mode = -1;
+  ASSERT_EQ(datafiles::NM1D_m11_Click(s, {(experiment / "fid").string(), {}}), 0);
+  ASSERT_EQ(s.Is_Fid, 1);
+  signal::Process_Report report;
+  ASSERT_EQ(signal::Process_Fid(s, signal::Process_Request{}, report), 0);
+  ASSERT_GT(s.Spec_Points, 8192 - 1);
+  Build_Disp_Arrays(s, 0);
+  display::View_After_Load(s);
+  EXPECT_NE(display::Caption_Line_Text(s).find("アスピリン/1/FID"), std::string::npos);
+
+  constexpr int w = 800, h = 500;
+  const fs::path png = dir / "aspirin.png";
+  ASSERT_EQ(Render_To_File(png, w, h, 96.0, 0xFFFFFF,
+                           [&s](Surface& surf) {
+                             display::Picture1_Paint(s, surf);
+                             display::Draw_Caption_Line(s, surf);
+                           }),
+            0);
+  QImage image(QString::fromStdString(png.string()));
+  ASSERT_EQ(image.width(), w);
+  ASSERT_EQ(image.height(), h);
+
+  const display::Plot_Frame f = display::Make_Plot_Frame(0, w, 0, h, 96.0 / 72.0);
+  // The trace crosses nearly every column of the plot area, and the
+  // column that reaches highest is the one of the largest point.
+  const int caption_band = 20;
+  int columns_hit = 0, top_x = -1, top_y = h;
+  for (int x = 0; x < w; ++x) {
+    bool hit = false;
+    for (int y = caption_band; y < f.Axis_Y - 2; ++y) {
+      if (!Dark(image.pixel(x, y))) continue;
+      hit = true;
+      if (y < top_y) top_y = y, top_x = x;
+      break;
+    }
+    columns_hit += hit;
+  }
+  EXPECT_GT(columns_hit, w * 95 / 100);
+  EXPECT_LT(top_y, f.Frame_Base - (f.Frame_Base - f.Frame_Top) * 3 / 4);
+  int strongest = 0;
+  for (int i = 1; i < s.Spec_Points; ++i)
+    if (s.Spec_Re(i) > s.Spec_Re(strongest)) strongest = i;
+  const double x_expected =
+      display::X_To_Pixel(s.Spec_Axis[strongest], s.X_Left, s.X_Right, f.Frame_Left, f.Frame_Right);
+  EXPECT_NEAR(top_x, x_expected, 3);
+
+  // Below the axis line: its tick numbers; in the top band: the caption.
+  auto dark_in = [&](int x0, int y0, int x1, int y1) {
+    int n = 0;
+    for (int y = y0; y < y1; ++y)
+      for (int x = x0; x < x1; ++x) n += Dark(image.pixel(x, y));
+    return n;
+  };
+  EXPECT_GT(dark_in(0, f.Axis_Y + 4, w, std::min(h, f.Axis_Y + 40)), 200);
+  EXPECT_GT(dark_in(w / 2, 0, w, caption_band), 100);
+}
+
+}  // namespace
+}  // namespace tevo::platform
