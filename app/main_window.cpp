@@ -20,11 +20,13 @@
 
 #include "basic_toolbar.h"
 #include "datafiles/open_file.h"
+#include "editing/mirror.h"
 #include "editing/reference.h"
 #include "fid_window.h"
 #include "grid_dialog.h"
 #include "instrument_dialogs.h"
 #include "menu_tree.h"
+#include "parameter_dialog.h"
 #include "phase_panel.h"
 #include "plot_widget.h"
 #include "range_dialog.h"
@@ -135,6 +137,11 @@ void Main_Window::Connect_Commands() {
   connect(Action("m31"), &QAction::triggered, this, &Main_Window::On_Range_Dialog);
   connect(Action("m30"), &QAction::triggered, this, &Main_Window::On_Grid_Dialog);
   connect(Action("m44"), &QAction::triggered, this, &Main_Window::On_Instrument_Table);
+  connect(Action("m291"), &QAction::triggered, this, [this] {
+    editing::m291_Click(session_);
+    Refresh_State();
+  });
+  connect(Action("m292"), &QAction::triggered, this, &Main_Window::On_Parameters);
   connect(Action("m22"), &QAction::triggered, this, [this] {
     if (signal::m22_Click(session_)) phase_->Refresh();
     Refresh_State();
@@ -229,6 +236,13 @@ void Main_Window::On_Instrument_Table() {
   Refresh_State();
   Instrument_Table_Dialog form(session_, this);
   form.exec();
+}
+
+void Main_Window::On_Parameters() {
+  if (!session::Confirm_Mode_Exit(session_)) return;
+  Refresh_State();
+  Parameter_Dialog form(session_, this);
+  if (form.exec() == QDialog::Accepted) Refresh_View();
 }
 
 void Main_Window::On_Files_Dropped(const QStringList& paths) {

@@ -81,6 +81,7 @@ class Main_Window : public QMainWindow {
   void On_Range_Dialog();
   void On_Grid_Dialog();
   void On_Instrument_Table();
+  void On_Parameters();
 
   Session& session_;
   Qt_Ui ui_;

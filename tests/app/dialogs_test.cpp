@@ -33,6 +33,7 @@
 #include "instrument_dialogs.h"
 #include "lp_dialog.h"
 #include "main_window.h"
+#include "parameter_dialog.h"
 #include "plot_widget.h"
 #include "qt_ui.h"
 #include "platform/ui.h"
@@ -602,6 +603,53 @@ TEST(Wiring, MainWindowReferenceModeRangeGridAndInstrumentMenus) {
   EXPECT_TRUE(*shown);
   EXPECT_EQ(s.Mode.Edit_Mode, tevo::session::Mode_Basic);
   w.hide();
+}
+
+TEST(Wiring, ParameterWindowAndMirrorFromTheEditMenu) {
+  App();
+  tevo::Session s;
+  tevo::app::Main_Window w(s);
+  EXPECT_FALSE(w.Action("m291")->isEnabled());
+  EXPECT_FALSE(w.Action("m292")->isEnabled());
+  tevo::platform::Scripted_Ui ui;
+  Make_Spectrum(s, ui, 700);
+  s.Param.SCANS = 16;
+  s.Data_Saved = 1;
+  w.Refresh_State();
+  ASSERT_TRUE(w.Action("m292")->isEnabled());
+
+  // A value that is not a whole number goes back; キャンセル takes nothing.
+  auto shown = When_Shown("ParameterForm", [](QWidget& d) {
+    auto* grid = Child<QTableWidget>(d, "Grid1");
+    for (int i = 0; i < grid->rowCount(); ++i) {
+      if (grid->item(i, 0)->text() != "SCANS") continue;
+      EXPECT_EQ(grid->item(i, 1)->text(), "16");
+      grid->item(i, 1)->setText("sixteen");
+      EXPECT_EQ(grid->item(i, 1)->text(), "16");
+      grid->item(i, 1)->setText("64");
+    }
+    Press(d, "Command2");
+  });
+  w.Action("m292")->trigger();
+  EXPECT_TRUE(*shown);
+  EXPECT_EQ(s.Param.SCANS, 16);
+  shown = When_Shown("ParameterForm", [](QWidget& d) {
+    auto* grid = Child<QTableWidget>(d, "Grid1");
+    for (int i = 0; i < grid->rowCount(); ++i)
+      if (grid->item(i, 0)->text() == "SCANS") grid->item(i, 1)->setText("64");
+    Press(d, "Command1");
+  });
+  w.Action("m292")->trigger();
+  EXPECT_TRUE(*shown);
+  EXPECT_EQ(s.Param.SCANS, 64);
+  EXPECT_EQ(s.Data_Saved, 0);
+
+  // The mirror asks; Yes moves the peak from point 700 to 1023 - 700.
+  ui.button_answers = {1};
+  w.Action("m291")->trigger();
+  ASSERT_FALSE(ui.shown.empty());
+  EXPECT_EQ(ui.shown.back().text, "スペクトルの左右を反転しますか");
+  EXPECT_FLOAT_EQ(s.Spec_Re(kN - 1 - 700), 10.0f);
 }
 
 }  // namespace
