@@ -554,6 +554,21 @@ TEST(Wiring, MainWindowReferenceModeRangeGridAndInstrumentMenus) {
   EXPECT_NEAR(s.Spec_Axis[700], 7.26, 1e-4);
   EXPECT_EQ(s.Mode.Mode_Unchanged, 0);
 
+  // "装置データで設定": the data's own row is offered; its 0 ppm frequency
+  // is taken and the summit, still the reference point, reads what the
+  // relation of frequencies gives.
+  s.Instr_Tab = {{"JNM500", "CDCL3", "1H", 500.16, 500.15, "", ""},
+                 {"JNM400", "CDCL3", "1H", 400.1302, 400.15, "", ""}};
+  auto shown = When_Shown("Form109", [](QWidget& d) {
+    EXPECT_EQ(Child<QListWidget>(d, "List1")->currentRow(), 1);
+    Press(d, "Command1");
+  });
+  Press(w, "RefCommand3");
+  EXPECT_TRUE(*shown);
+  EXPECT_DOUBLE_EQ(s.Spectrum_Frequency, 400.1302);
+  const double summit = (((700.0 / kN - 0.5) * kSw * 1e-6 + kObs) / 400.1302 - 1) * 1e6;
+  EXPECT_NEAR(s.Spec_Axis[700], summit, 1e-4);
+
   // Another mode asks first: Cancel stays, Yes confirms and goes on.
   ui.button_answers = {3};
   w.Action("m22")->trigger();
@@ -564,12 +579,12 @@ TEST(Wiring, MainWindowReferenceModeRangeGridAndInstrumentMenus) {
   w.Action("m22")->trigger();
   EXPECT_EQ(s.Mode.Edit_Mode, tevo::session::Mode_Phase);
   EXPECT_FALSE(w.Action("m21")->isChecked());
-  EXPECT_NEAR(s.Spec_Axis[700], 7.26, 1e-4);
-  EXPECT_FLOAT_EQ(float(s.settings.Real("REF INITITAL")), 7.26f);
+  EXPECT_NEAR(s.Spec_Axis[700], summit, 1e-4);
+  EXPECT_NEAR(s.settings.Real("REF INITITAL"), summit, 1e-4);
   EXPECT_EQ(s.Data_Saved, 0);
 
   // The range window from the menu and from button 5 of the basic panel.
-  auto shown = When_Shown("NMR1D_Form31", [](QWidget& d) {
+  shown = When_Shown("NMR1D_Form31", [](QWidget& d) {
     Child<QRadioButton>(d, "Option1")->setChecked(true);
     Type(d, "Text1", "9");
     Type(d, "Text2", "3");
@@ -594,9 +609,8 @@ TEST(Wiring, MainWindowReferenceModeRangeGridAndInstrumentMenus) {
   EXPECT_EQ(s.settings.Int("DISPLAY GRID"), 1);
 
   // The instrument table leaves the mode first (unchanged: quietly).
-  s.Instr_Tab = {{"JNM400", "CDCL3", "1H", 400.1302, 400.15, "", ""}};
   shown = When_Shown("Form108", [](QWidget& d) {
-    EXPECT_EQ(Child<QTableWidget>(d, "Grid1")->rowCount(), 1);
+    EXPECT_EQ(Child<QTableWidget>(d, "Grid1")->rowCount(), 2);
     Press(d, "Command1");
   });
   w.Action("m44")->trigger();
