@@ -352,8 +352,10 @@ int RPBruP(Bruker_Read& r, const std::string& path) {
   p.OBFRQ = static_cast<float>(r.Observe_Frequency) - 0.01f;
   p.OBSET = 0;
   p.OBFIN = static_cast<float>(r.Observe_Frequency * 1e6 - static_cast<double>(p.OBFRQ) * 1e6);
-  if (p.POINT < 10 || r.Observe_Frequency == 0 || p.FREQU == 0 || p.POINT > 524288 ||
-      !r.Origin_Ok)
+  // A missing or zero ##$SF leaves the middle frequency at -FREQU/2 Hz, not
+  // 0, so it is refused on its own: the ppm axis divides by it.
+  if (p.POINT < 10 || r.Observe_Frequency == 0 || !(r.Spectrum_Frequency > 0) || p.FREQU == 0 ||
+      p.POINT > 524288 || !r.Origin_Ok)
     return 1;
   p.ACQTM = p.FREQU > 0 ? static_cast<float>(p.POINT / static_cast<double>(p.FREQU)) : 0.0f;
   p.SMTMS = static_cast<float>(p.POINT - 1);

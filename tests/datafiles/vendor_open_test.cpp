@@ -124,5 +124,107 @@ TEST_F(Vendor_Open, TwoDimensionalFilesAreRefusedAndTheFormerDataStay) {
   EXPECT_NEAR(s.Observe_Frequency, 300.132250975, 1e-6);
 }
 
+
+// One vendor data set copied into the scratch folder so that its data file
+// or its parameter file can be cut or damaged.
+struct Vendor_Copy {
+  std::string label;
+  fs::path open;                    // what the open command is given
+  fs::path data;                    // the file the cuts shorten
+  std::vector<std::string> damage;  // header edits: "find=>replace" on `header`
+  fs::path header;
+  std::size_t data_end;  // the cut one byte short of the last data byte
+};
+
+TEST_F(Vendor_Open, TruncatedAndDamagedCopiesFailAndTheFormerDataStay) {
+  const std::string former = Jcamp("aspirin-1h.dx");
+  ASSERT_EQ(Open(former), 0);
+  const int32_t kept_points = s.Spec_Points;
+  const float kept_value = s.Spec_Re(1000);
+  auto former_stays = [&] {
+    EXPECT_EQ(s.Open_Name, former);
+    EXPECT_EQ(s.Spec_Points, kept_points);
+    EXPECT_EQ(s.Spec_Re(1000), kept_value);
+  };
+  // The open must fail with a message and leave the former data set; a
+  // copy that opened after all is reported and the former one read again.
+  auto refused = [&](const fs::path& path) {
+    const std::size_t shown = ui.shown.size();
+    if (Open(path.string()) == 0) {
+      ADD_FAILURE() << "opened";
+      ASSERT_EQ(Open(former), 0);
+      return;
+    }
+    EXPECT_GT(ui.shown.size(), shown);
+    former_stays();
+  };
+
+  const std::string cyclo = "cyclosporin_1h/cyclosporin_1h/1";
+  const fs::path bru = dir / "bru" / "1", proc = bru / "pdata" / "1";
+  fs::create_directories(proc);
+  for (const char* f : {"acqus", "fid"}) fs::copy_file(Bruker(cyclo + "/" + f), bru / f);
+  for (const char* f : {"procs", "1r", "1i"}) fs::copy_file(Bruker(cyclo + "/pdata/1/" + f), proc / f);
+  fs::copy_file(Jcamp("aspirin-1h.dx"), dir / "cut.dx");
+  fs::copy_file(Jeol("fluorine.jdf"), dir / "cut.jdf");
+  const std::vector<Vendor_Copy> copies = {
+      {"bruker fid", bru / "fid", bru / "fid",
+       {"##$TD= 65536=>##$TD= 99999999", "##$TD= 65536=>##$TD= 0", "##$TD= 65536=>##$TD= -8",
+        "##ORIGIN=>##ORIGXN"},
+       bru / "acqus", 262144 - 1},
+      {"bruker 1r", proc / "1r", proc / "1r",
+       {"##$SI= 32768=>##$SI= 99999999", "##$SI= 32768=>##$SI= 0", "##$SF= 500.13=>##$SF= 0",
+        "##ORIGIN=>##ORIGXN"},
+       proc / "procs", 131072 - 1},
+      {"jcamp", dir / "cut.dx", dir / "cut.dx",
+       {"##DATA TABLE= (X++(R..R))=>##DATA TABLX= (X++(R..R))", "NMR SPECTRUM=>IR SPECTRUMX",
+        "51b15668J327K79=>51b15668J3#7K79"},
+       dir / "cut.dx", 324526 - 40},  // inside the last data line
+      // The data block of 524288 bytes starts at 16384.
+      {"jeol", dir / "cut.jdf", dir / "cut.jdf", {}, {}, 16384 + 524288 - 1},
+  };
+
+  for (const Vendor_Copy& c : copies) {
+    SCOPED_TRACE(c.label);
+    const auto whole = test::Read_Bytes(c.data);
+    for (std::size_t cut : {std::size_t{0}, std::size_t{1}, std::size_t{7}, std::size_t{64},
+                            std::size_t{1300}, whole.size() / 3, whole.size() / 2, c.data_end}) {
+      SCOPED_TRACE(cut);
+      test::Write_Bytes(c.data, {whole.begin(), whole.begin() + static_cast<long>(cut)});
+      refused(c.open);
+    }
+    test::Write_Bytes(c.data, whole);
+    if (c.header.empty()) continue;
+    const std::string header = test::Read_Text(c.header);
+    for (const std::string& edit : c.damage) {
+      SCOPED_TRACE(edit);
+      const std::size_t arrow = edit.find("=>");
+      const std::string from = edit.substr(0, arrow), to = edit.substr(arrow + 2);
+      std::string bad = header;
+      const std::size_t at = bad.find(from);
+      ASSERT_NE(at, std::string::npos);
+      bad.replace(at, from.size(), to);
+      test::Write_Text(c.header, bad);
+      refused(c.open);
+    }
+    test::Write_Text(c.header, header);
+  }
+
+  // Bytes of the JEOL head overwritten one word at a time: whatever the
+  // reader makes of it, it ends with a status, and a failure keeps the
+  // former data set.
+  const auto jeol = test::Read_Bytes(dir / "cut.jdf");
+  for (std::size_t at = 0; at < 1400; at += 23) {
+    SCOPED_TRACE(at);
+    auto bad = jeol;
+    for (std::size_t k = 0; k < 4; ++k) bad[at + k] = k == 3 ? 0x7f : 0xff;
+    test::Write_Bytes(dir / "cut.jdf", bad);
+    if (Open((dir / "cut.jdf").string()) == 0) {
+      ASSERT_EQ(Open(former), 0);
+    } else {
+      former_stays();
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tevo::datafiles
