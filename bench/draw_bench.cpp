@@ -8,7 +8,10 @@
 #include "display/spectrum_trace.h"
 #include "platform/recording_surface.h"
 #include "session/session.h"
-#if __has_include("platform/qt/qt_surface.h") && defined(TEVO_HAVE_QT_SURFACE)
+#ifdef TEVO_HAVE_QT_SURFACE
+#include <QImage>
+
+#include "platform/qt/qt_output.h"
 #include "platform/qt/qt_surface.h"
 #endif
 
@@ -51,5 +54,25 @@ void BM_Draw_Main_Spectrum_Recording(benchmark::State& state) {
   state.counters["display_points"] = s.Disp_Points;
 }
 BENCHMARK(BM_Draw_Main_Spectrum_Recording)->Arg(32768)->Arg(524288)->Unit(benchmark::kMillisecond);
+
+#ifdef TEVO_HAVE_QT_SURFACE
+// The same trace painted into a 1600 x 1000 image, as the window's plot and
+// the render command paint it.
+void BM_Draw_Main_Spectrum_QImage(benchmark::State& state) {
+  tevo::platform::Ensure_Gui_Application();
+  tevo::Session s;
+  Fill(s, static_cast<int32_t>(state.range(0)));
+  QImage image(1600, 1000, QImage::Format_RGB32);
+  tevo::platform::QtSurface surf(image);
+  for (auto _ : state) {
+    surf.Clear();
+    tevo::display::Draw_Main_Spectrum(s, surf, s.X_Left, s.X_Right, 0, 1600, s.Y_Full_Scale, 0,
+                                      950, 0, 1000, 0);
+    benchmark::DoNotOptimize(image.constBits());
+  }
+  state.counters["display_points"] = s.Disp_Points;
+}
+BENCHMARK(BM_Draw_Main_Spectrum_QImage)->Arg(32768)->Arg(524288)->Unit(benchmark::kMillisecond);
+#endif
 
 }  // namespace
