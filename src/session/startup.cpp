@@ -298,6 +298,15 @@ bool Exists(const fs::path& p) {
   return fs::exists(p, ec);
 }
 
+// The installation provides the default log folder; here the program makes
+// its mapped place on first start, so that reads and saves are logged
+// without a folder message. A folder the operator typed is left alone.
+void Make_Default_Log_Folder(const Session& s) {
+  if (s.Log_Dir != "C:\\NMRLog" || s.Log_Mode < 0) return;
+  std::error_code ec;
+  fs::create_directories(Map_Windows_Path(s.Log_Dir), ec);
+}
+
 }  // namespace
 
 Start_Result Start_Up(Session& s, const Start_Options& o) {
@@ -334,6 +343,7 @@ Start_Result Start_Up(Session& s, const Start_Options& o) {
 
   s.settings.Reset();
   Read_Common(s);
+  Make_Default_Log_Folder(s);
   if (s.User_Mode != 0) {
     Use_Common_Settings(s);
   } else if (o.interactive) {
