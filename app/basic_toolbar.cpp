@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QToolButton>
 
+#include "dialog_parts.h"
 #include "hold_button.h"
 
 namespace tevo::app {
@@ -61,7 +62,9 @@ Basic_Toolbar::Basic_Toolbar(Session& session, QWidget* parent) : QWidget(parent
     row->addWidget(new QLabel(QString::fromUtf8(caption), this));
     auto* field = new QLineEdit(this);
     field->setObjectName(name);
-    field->setMaximumWidth(80);
+    // Wide enough for a value such as "1234.56" without cutting it.
+    field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("00000.000")) + 12);
+    field->setMaximumWidth(100);
     row->addWidget(field);
     fields_[name] = field;
   }
@@ -81,12 +84,15 @@ void Basic_Toolbar::Add_Hold(const char* name, const QString& text, display::Vie
     Refresh();
     emit view_changed();
   });
+  // The arrows and signs need little room; the fields beside them need it more.
+  button->setMinimumWidth(0);
+  button->setMaximumWidth(button->fontMetrics().horizontalAdvance(QStringLiteral("Y×")) + 24);
   layout()->addWidget(button);
 }
 
 void Basic_Toolbar::Typed(const std::string& name, display::Typed_Result (*apply)(Session&, const std::string&)) {
   QLineEdit* field = fields_.at(name);
-  connect(field, &QLineEdit::editingFinished, this, [this, field, apply] {
+  On_Typed(field, this, [this, field, apply] {
     const display::Typed_Result r = apply(session_, field->text().toStdString());
     field->setText(Q(r.text));
     if (r.taken) emit view_changed();

@@ -33,4 +33,12 @@ QPushButton* Ok_Cancel_Row(QDialog* dialog, QBoxLayout* layout) {
   return ok;
 }
 
+void On_Typed(QLineEdit* field, QObject* context, std::function<void()> take) {
+  QObject::connect(field, &QLineEdit::editingFinished, context, [field, take = std::move(take)] {
+    if (!field->isModified()) return;
+    field->setModified(false);
+    take();
+  });
+}
+
 }  // namespace tevo::app

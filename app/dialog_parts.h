@@ -2,11 +2,13 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 class QBoxLayout;
 class QDialog;
 class QHBoxLayout;
 class QLineEdit;
+class QObject;
 class QPushButton;
 class QWidget;
 
@@ -16,6 +18,10 @@ namespace tevo::app {
 QPushButton* Named_Button(QWidget* parent, const char* name, const QString& caption);
 // A line edit with its control name.
 QLineEdit* Named_Field(QWidget* parent, const char* name);
+// Runs `take` when the operator has typed into `field` and leaves it or
+// presses Enter. Leaving an untouched field, which also happens when its
+// window closes or its panel is hidden, applies nothing.
+void On_Typed(QLineEdit* field, QObject* context, std::function<void()> take);
 // "OK" (Command1, default) and "キャンセル" (Command2, rejects),
 // right-aligned, appended to `layout`. Returns the OK button.
 QPushButton* Ok_Cancel_Row(QDialog* dialog, QBoxLayout* layout);

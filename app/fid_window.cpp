@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 #include <functional>
 
+#include "dialog_parts.h"
 #include "hold_button.h"
 #include "lp_dialog.h"
 #include "phase_panel.h"
@@ -222,7 +223,7 @@ void Fid_Window::Add_Field(const std::string& name, const QString& caption,
   field->setObjectName(QString::fromStdString(name));
   field->setMaximumWidth(100);
   // A value refused restores the field, without a message.
-  connect(field, &QLineEdit::editingFinished, this, [this, field, take] {
+  On_Typed(field, this, [this, field, take] {
     take(field->text());
     Refresh();
   });

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 
+#include "dialog_parts.h"
 #include "signal/phase_mode.h"
 
 namespace tevo::app {
@@ -75,7 +76,7 @@ void Phase_Panel::Build_Order(int order, const QString& caption) {
   auto* field = new QLineEdit(this);
   field->setObjectName(QStringLiteral("PhaseText%1").arg(order + 1));
   field->setMaximumWidth(80);
-  connect(field, &QLineEdit::editingFinished, this, [this, field, order] {
+  On_Typed(field, this, [this, field, order] {
     if (refreshing_) return;
     if (signal::Phase_Typed(session_, place_, order, field->text().toStdString())) emit changed();
     Refresh();

@@ -27,7 +27,7 @@ Reference_Panel::Reference_Panel(Session& session, QWidget* parent) : QWidget(pa
   layout->addStretch();
 
   // A value that is not a number puts the last good one back.
-  connect(value_, &QLineEdit::editingFinished, this, [this] {
+  On_Typed(value_, this, [this] {
     if (!editing::RefText1_Typed(session_, value_->text().toStdString())) Refresh();
   });
   connect(confirm, &QPushButton::clicked, this, [this] {

@@ -43,18 +43,12 @@
 #include "session/session.h"
 #include "signal/fid_processing.h"
 #include "signal/synthetic.h"
+#include "app_support.h"
 #include "support/test_support.h"
 
 namespace {
 
-QApplication& App() {
-  static int argc = 1;
-  static char name[] = "test_app";
-  static char* argv[] = {name, nullptr};
-  static QApplication* app =
-      QApplication::instance() ? qobject_cast<QApplication*>(QApplication::instance()) : new QApplication(argc, argv);
-  return *app;
-}
+using tevo::test::App;
 
 template <class W>
 W* Child(QWidget& parent, const char* name) {
@@ -66,7 +60,8 @@ W* Child(QWidget& parent, const char* name) {
 // Types `text` into a field and leaves it with Return, as the operator does.
 void Type(QWidget& parent, const char* name, const QString& text) {
   QLineEdit* e = Child<QLineEdit>(parent, name);
-  e->setText(text);
+  e->selectAll();
+  QTest::keyClicks(e, text);
   QTest::keyClick(e, Qt::Key_Return);
 }
 
