@@ -13,6 +13,7 @@
 #include "session/command_flow.h"
 
 #include "qt_ui.h"
+#include "app_support.h"
 #include "support/test_support.h"
 #include <filesystem>
 #include "main_window.h"
@@ -20,13 +21,7 @@
 
 namespace {
 
-QApplication& App() {
-  static int argc = 1;
-  static char name[] = "test_app";
-  static char* argv[] = {name, nullptr};
-  static QApplication* app = new QApplication(argc, argv);
-  return *app;
-}
+using tevo::test::App;
 
 TEST(MainWindow, MenuTreeCaptionsAndEnablingFollowTheData) {
   App();
