@@ -40,6 +40,10 @@
 namespace tevo::app {
 
 namespace {
+
+// The older format's save with its own writer, shaped like the exports.
+int Save_Older(Session& s, const std::string& path) { return datafiles::m13_Click(s, path); }
+
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 }  // namespace
 
@@ -127,6 +131,14 @@ void Main_Window::Build_Panels() {
 void Main_Window::Connect_Commands() {
   connect(Action("NM1D_m11"), &QAction::triggered, this, [this] { Open({}); });
   connect(Action("m10"), &QAction::triggered, this, [this] { Save({}); });
+  // The other formats: the older native one and the two JCAMP-DX exports.
+  for (const auto& [id, command] : {std::pair{"m13", &Save_Older}, std::pair{"m181", &datafiles::m181_Click},
+                                    std::pair{"m183", &datafiles::m183_Click}}) {
+    connect(Action(id), &QAction::triggered, this, [this, command = command] {
+      command(session_, {});
+      Refresh_State();
+    });
+  }
   connect(Action("m19"), &QAction::triggered, this, [this] {
     if (Try_Exit()) QApplication::quit();
   });

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "datafiles/jcamp.h"
 #include "platform/ui.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
@@ -319,17 +320,24 @@ Resolved_File Resolve_Data_File(Session& s, std::string& path) {
 
 namespace {
 
-// What the two native save commands differ in.
+// What the save commands differ in. The native formats are the record of
+// the work: saving one marks the data saved and enters the recent list. The
+// JCAMP-DX files are exports that take any name and leave those alone.
 struct Save_Kind {
-  const char* file_class;  // ".TV1" or ".ALS"
+  const char* title;
+  const char* file_class;  // ".TV1" or ".ALS"; nullptr takes any name
   const char* ext;  // extension given to a new name, without the dot
   const char* filter;
   const char* wrong_ext;  // message for a name with another extension
+  bool native;
 };
-constexpr Save_Kind Main_Save{".TV1", "tv1", "通常形式|*.tv1*|",
-                              "ファイルが不正です。または,\rファイルの拡張子が tv1 でない"};
-constexpr Save_Kind Older_Save{".ALS", "als", "ｱﾘｽ形式|*.als*|",
-                               "ファイルが不正です。または,\rファイルの拡張子が als でない"};
+constexpr Save_Kind Main_Save{"データの保存", ".TV1", "tv1", "通常形式|*.tv1*|",
+                              "ファイルが不正です。または,\rファイルの拡張子が tv1 でない", true};
+constexpr Save_Kind Older_Save{"データの保存", ".ALS", "als", "ｱﾘｽ形式|*.als*|",
+                               "ファイルが不正です。または,\rファイルの拡張子が als でない", true};
+constexpr const char* Jcamp_Filter = "JCAMP形式(*.dx)|*.dx|全てのファイル|*.*|";
+constexpr Save_Kind Jcamp_Extended_Save{"データの保存(JCAMP(拡張))", nullptr, "dx", Jcamp_Filter, "", false};
+constexpr Save_Kind Jcamp_Compact_Save{"データの保存(JCAMP(縮小))", nullptr, "dx", Jcamp_Filter, "", false};
 
 // The name offered in the save dialog: the open file's name with the
 // format's extension.
@@ -366,16 +374,16 @@ int Write_Keeping_Old(Session& s, const std::string& path, Write_Fn writer) {
   return status;
 }
 
-// The save frame shared by both native formats: name, in-use check, the
-// write that keeps an old file until it succeeds, and the marks of a saved
-// data set.
-int Save_Native_As(Session& s, const std::string& given, Write_Fn writer, const Save_Kind& kind) {
+// The save frame shared by every format: name, in-use check, the write that
+// keeps an old file until it succeeds, and for the native formats the marks
+// of a saved data set.
+int Save_As(Session& s, const std::string& given, Write_Fn writer, const Save_Kind& kind) {
   if (!session::Confirm_Mode_Exit(s)) return 1;
   std::string path = given;
   for (;;) {
     if (given.empty()) {
       platform::File_Request req;
-      req.title = "データの保存";
+      req.title = kind.title;
       req.filter = kind.filter;
       req.default_ext = kind.ext;
       req.initial_name = Save_Name_Offered(s, kind);
@@ -384,7 +392,7 @@ int Save_Native_As(Session& s, const std::string& given, Write_Fn writer, const 
       if (!answer) return 1;
       path = answer->path;
     }
-    if (Extension_Class(path) != kind.file_class) {
+    if (kind.file_class != nullptr && Extension_Class(path) != kind.file_class) {
       const int16_t a = Show_Message(s, kind.wrong_ext, Style_Yes_No | Icon_Exclamation, "ファイル名エラー");
       if (a == Msg_Yes && given.empty()) continue;
       return 1;
@@ -400,7 +408,7 @@ int Save_Native_As(Session& s, const std::string& given, Write_Fn writer, const 
   if (s.Param.EXMOD.empty()) s.Param.EXMOD = "NON";
 
   const int status = Write_Keeping_Old(s, path, writer);
-  if (status != 0) return status;
+  if (status != 0 || !kind.native) return status;
   s.Data_Saved = 1;
   s.Param.Data_File = path;
   session::Mark_Open_File(s, path);
@@ -411,11 +419,19 @@ int Save_Native_As(Session& s, const std::string& given, Write_Fn writer, const 
 }  // namespace
 
 int m10_Click(Session& s, const std::string& path, Write_Fn writer) {
-  return Save_Native_As(s, path, writer, Main_Save);
+  return Save_As(s, path, writer, Main_Save);
 }
 
 int m13_Click(Session& s, const std::string& path, Write_Fn writer) {
-  return Save_Native_As(s, path, writer, Older_Save);
+  return Save_As(s, path, writer, Older_Save);
+}
+
+int m181_Click(Session& s, const std::string& path) {
+  return Save_As(s, path, Write_Jcamp_Extended, Jcamp_Extended_Save);
+}
+
+int m183_Click(Session& s, const std::string& path) {
+  return Save_As(s, path, Write_Jcamp_Compact, Jcamp_Compact_Save);
 }
 
 }  // namespace tevo::datafiles

@@ -75,4 +75,11 @@ int m10_Click(Session& s, const std::string& path = {}, Write_Fn writer = Write_
 // look at that setting.
 int m13_Click(Session& s, const std::string& path = {}, Write_Fn writer = Write_Older_Native);
 
+// The JCAMP-DX exports of the current row: extended (NTUPLES, real and
+// imaginary pages) and compact (XYDATA, DIF/DUP). Any name is taken; the
+// write keeps an old file until it succeeds. An export does not mark the
+// data saved. Returns 0 written, 1 cancelled, -1 write failure.
+int m181_Click(Session& s, const std::string& path = {});
+int m183_Click(Session& s, const std::string& path = {});
+
 }  // namespace tevo::datafiles

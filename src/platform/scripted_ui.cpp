@@ -15,7 +15,8 @@ int Scripted_Ui::Message_Box(const Message_Box_Spec& spec) {
   return spec.default_button;
 }
 
-std::optional<File_Answer> Scripted_Ui::Open_File(const File_Request&) {
+std::optional<File_Answer> Scripted_Ui::Open_File(const File_Request& request) {
+  file_requests.push_back(request);
   if (file_answers.empty()) return std::nullopt;
   auto a = file_answers.front();
   file_answers.pop_front();

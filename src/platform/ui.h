@@ -82,6 +82,7 @@ class Scripted_Ui : public Ui {
   std::deque<int> choice_answers;
   std::deque<std::optional<std::string>> text_answers;
   std::vector<Message_Box_Spec> shown;  // every message box, in order
+  std::vector<File_Request> file_requests;  // every file dialog asked for, in order
   bool quiet = false;
 };
 

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "datafiles/jcamp.h"
+#include "datafiles/open_file.h"
 #include "platform/ui.h"
 #include "session/session.h"
 #include "datafiles/quiet_session.h"
@@ -277,6 +278,39 @@ TEST(Jcamp, BothWritersReadBackWithinTheQuantisation) {
     EXPECT_LT(worst_axis, 1e-4);
     EXPECT_EQ(r.s.Param.OBNUC, "1H");
     EXPECT_EQ(r.s.Param.COMNT, q.s.Param.COMNT);
+  }
+}
+
+// The two export commands ask with their own titles and the one filter,
+// offer the data name with ".dx", replace an existing file only after a good
+// write, and leave the data marked as not saved: the native file is the
+// record of the work.
+TEST(Jcamp, ExportCommandsWriteWithoutMarkingTheDataSaved) {
+  test::Temp_Dir dir;
+  const std::string path = (dir / "export.dx").string();
+  test::Write_Text(path, "old contents");
+  for (int extended : {1, 0}) {
+    SCOPED_TRACE(extended);
+    Quiet_Session q;
+    ASSERT_EQ(RDJ(q.s, Jcamp("aspirin-1h.dx")), 0);
+    q.s.App_Path = dir.path().string();
+    q.s.Open_Name = "/data/aspirin-1h.dx";
+    q.s.Data_Saved = 0;
+    q.ui.file_answers = {platform::File_Answer{path, 1}};
+    ASSERT_EQ(extended ? m181_Click(q.s) : m183_Click(q.s), 0);
+    ASSERT_EQ(q.ui.file_requests.size(), 1u);
+    EXPECT_EQ(q.ui.file_requests[0].title,
+              extended ? "データの保存(JCAMP(拡張))" : "データの保存(JCAMP(縮小))");
+    EXPECT_EQ(q.ui.file_requests[0].filter, "JCAMP形式(*.dx)|*.dx|全てのファイル|*.*|");
+    EXPECT_EQ(q.ui.file_requests[0].initial_name, "aspirin-1h.dx");
+    EXPECT_EQ(q.s.Data_Saved, 0);
+    EXPECT_TRUE(q.s.settings.Recent_Files.empty());
+    EXPECT_FALSE(std::filesystem::exists(path + ".$"));
+    const std::string text = test::Read_Text(path);
+    EXPECT_NE(text.find(extended ? "##DATA CLASS=NTUPLES" : "##DATA CLASS=XYDATA"), std::string::npos);
+    Quiet_Session r;
+    ASSERT_EQ(RDJ(r.s, path), 0);
+    EXPECT_EQ(r.s.Spec_Points, q.s.Spec_Points);
   }
 }
 
