@@ -114,6 +114,7 @@ void Main_Window::Build_Panels() {
       connect(reference_, &Reference_Panel::changed, this, &Main_Window::Refresh_View);
       connect(reference_, &Reference_Panel::finished, this, &Main_Window::Refresh_State);
       connect(plot_, &Plot_Widget::range_dragged, reference_, &Reference_Panel::Range_Dragged);
+      connect(plot_, &Plot_Widget::point_clicked, reference_, &Reference_Panel::Point_Clicked);
       panel = reference_;
     } else if (std::string(name) == "PhaseToolbar") {
       phase_ = new Phase_Panel(session_, signal::Phase_Place::Main_Window, panels_);

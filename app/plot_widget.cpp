@@ -22,6 +22,9 @@ int32_t Spec_Point(const Session& s, int32_t index) {
   return s.Disp_Points > 0 ? int32_t(int64_t(index) * s.Spec_Points / s.Disp_Points) : index;
 }
 
+// A release this many pixels from the press still counts as a click.
+constexpr int kClickSlack = 2;
+
 }  // namespace
 
 Plot_Widget::Plot_Widget(Session& session, QWidget* parent) : QWidget(parent), session_(session) {
@@ -85,9 +88,13 @@ void Plot_Widget::mouseReleaseEvent(QMouseEvent* event) {
   const QPoint end = event->position().toPoint();
   const display::Data_Point a = display::Pixel_To_Data(session_, frame_, drag_start_.x(), drag_start_.y());
   const display::Data_Point b = display::Pixel_To_Data(session_, frame_, end.x(), end.y());
+  const bool click = (end - drag_start_).manhattanLength() <= kClickSlack;
   drag_start_ = QPoint(-1, -1);
   if (session_.Mouse_Tool == display::Tool_None) {
-    emit range_dragged(Spec_Point(session_, a.index), Spec_Point(session_, b.index));
+    if (click)
+      emit point_clicked(a.index);
+    else
+      emit range_dragged(Spec_Point(session_, a.index), Spec_Point(session_, b.index));
     return;
   }
   display::Mouse_Zoom(session_, session_.Mouse_Tool, a, b);

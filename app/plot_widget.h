@@ -26,6 +26,9 @@ class Plot_Widget : public QWidget {
   void view_changed();
   // A range dragged in the reference mode, its ends in spectrum points.
   void range_dragged(int a, int b);
+  // A click (press and release on the same spot) in the reference mode, at
+  // a display point (index into Disp_X).
+  void point_clicked(int index);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

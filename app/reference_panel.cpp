@@ -49,10 +49,20 @@ Reference_Panel::Reference_Panel(Session& session, QWidget* parent) : QWidget(pa
 
 void Reference_Panel::Refresh() { value_->setText(QString::fromStdString(editing::Ref_Text(session_.Reference_Value))); }
 
-void Reference_Panel::Range_Dragged(int a, int b) {
+void Reference_Panel::Take_Typed_Value() {
   // A value typed but not yet left counts.
   if (!editing::RefText1_Typed(session_, value_->text().toStdString())) Refresh();
+}
+
+void Reference_Panel::Range_Dragged(int a, int b) {
+  Take_Typed_Value();
   editing::Set_Reference_On_Range(session_, a, b);
+  emit changed();
+}
+
+void Reference_Panel::Point_Clicked(int index) {
+  Take_Typed_Value();
+  editing::Set_Reference_On_Click(session_, index);
   emit changed();
 }
 

@@ -1,6 +1,6 @@
 // The tool panel of the reference mode: "Ref値" (the ppm the peak under a
-// dragged range gets), 確定, ｷｬﾝｾﾙ and "装置データで設定". The plot hands
-// finished drags to Range_Dragged.
+// dragged range or a clicked point gets), 確定, ｷｬﾝｾﾙ and "装置データで設定".
+// The plot hands finished drags to Range_Dragged and clicks to Point_Clicked.
 #pragma once
 
 #include <QWidget>
@@ -20,6 +20,9 @@ class Reference_Panel : public QWidget {
   // A range a .. b (spectrum points, either order) dragged over a peak: the
   // peak takes the value of "Ref値".
   void Range_Dragged(int a, int b);
+  // A click on the spectrum at display point `index`: that point takes the
+  // value of "Ref値".
+  void Point_Clicked(int index);
 
  signals:
   // The axis changed (repaint).
@@ -28,6 +31,8 @@ class Reference_Panel : public QWidget {
   void finished();
 
  private:
+  void Take_Typed_Value();
+
   Session& session_;
   QLineEdit* value_ = nullptr;  // RefText1
 };

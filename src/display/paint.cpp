@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "display/axis.h"
 #include "display/label_text.h"
@@ -9,6 +10,7 @@
 #include "display/spectrum_trace.h"
 #include "display/style.h"
 #include "editing/integral_sum.h"
+#include "editing/reference.h"
 #include "session/number_text.h"
 #include "session/session.h"
 
@@ -50,7 +52,36 @@ bool Strictly_Inside(const Plot_Frame& f, int px) {
   return px > f.Frame_Left && px < f.Frame_Right;
 }
 
-// Level lines, baseline crosses or phase pivots of the open edit panel.
+// A marked spot of the phase or reference mode: a vertical line from
+// Marker_Top to the axis with its name beside the top. A NaN ppm is not drawn.
+struct Point_Marker {
+  double ppm;
+  const char* colour_key;
+  Colour default_colour;
+  const char* name;
+};
+
+void Draw_Point_Markers(Session& s, Surface& surf, const Plot_Frame& f, Colour background,
+                        std::span<const Point_Marker> markers) {
+  Font_Rec font;
+  font.Face = Gothic_Face;
+  font.Size = 9;
+  const int th = Text_Height(surf, "P", font, f.Pixel_Per_Point);
+  for (const Point_Marker& m : markers) {
+    if (!std::isfinite(m.ppm)) continue;
+    const Colour c = Setting_Colour(s, m.colour_key, m.default_colour);
+    const int x = Ppm_Pixel(s, f, m.ppm);
+    surf.Set_Raster_Op(Raster_Op::Xor);
+    surf.Set_Pen(platform::Pen_Style::Solid, 1, c);
+    Line(surf, x, f.Marker_Top, x, f.Axis_Y);
+    int y_end = 0;
+    Draw_Xor_Text(surf, x + 2, f.Axis_Y - th, y_end, m.name, c ^ background, font,
+                  f.Pixel_Per_Point);
+  }
+}
+
+// Level lines, baseline crosses, phase pivots or reference marks of the open
+// edit panel.
 void Draw_Edit_Lines(Session& s, Surface& surf, const Plot_Frame& f, Colour background) {
   switch (s.Mode.Edit_Mode) {
     case 4: {
@@ -79,24 +110,24 @@ void Draw_Edit_Lines(Session& s, Surface& surf, const Plot_Frame& f, Colour back
       break;
     }
     case 2: {
-      Font_Rec font;
-      font.Face = Gothic_Face;
-      font.Size = 9;
-      const int th = Text_Height(surf, "P", font, f.Pixel_Per_Point);
-      const std::pair<int32_t, const char*> pivots[] = {{s.Pivot_Pp, "PP COLOR"},
-                                                        {s.Pivot_P2, "PP2 COLOR"}};
-      const char* names[] = {"pp", "p2"};
-      for (int k = 0; k < 2; ++k) {
-        const int32_t p = pivots[k].first;
-        if (p < 0 || p >= s.Spec_Points) continue;
-        const Colour c = Setting_Colour(s, pivots[k].second, k == 0 ? 0x0000FF : 0x008000);
-        const int x = Ppm_Pixel(s, f, s.Spec_Axis[static_cast<std::size_t>(p)]);
-        surf.Set_Pen(platform::Pen_Style::Solid, 1, c);
-        Line(surf, x, f.Marker_Top, x, f.Axis_Y);
-        int y_end = 0;
-        Draw_Xor_Text(surf, x + 2, f.Axis_Y - th, y_end, names[k], c ^ background, font,
-                      f.Pixel_Per_Point);
-      }
+      const auto at = [&](int32_t p) {
+        return p >= 0 && p < s.Spec_Points ? static_cast<double>(s.Spec_Axis[static_cast<std::size_t>(p)])
+                                           : std::nan("");
+      };
+      const Point_Marker pivots[] = {{at(s.Pivot_Pp), "PP COLOR", 0x0000FF, "pp"},
+                                     {at(s.Pivot_P2), "PP2 COLOR", 0x008000, "p2"}};
+      Draw_Point_Markers(s, surf, f, background, pivots);
+      break;
+    }
+    case 1: {
+      // "P" where the axis reads the reference value, "p2" where the
+      // reference stood when the mode was entered, once it has moved away
+      // (two XOR lines on one column would wipe each other out).
+      Point_Marker refs[] = {{s.Param.SMEXR, "PP COLOR", 0x0000FF, "P"},
+                             {editing::Entry_Reference_Ppm(s), "PP2 COLOR", 0x008000, "p2"}};
+      if (std::isfinite(refs[1].ppm) && Ppm_Pixel(s, f, refs[1].ppm) == Ppm_Pixel(s, f, refs[0].ppm))
+        refs[1].ppm = std::nan("");
+      Draw_Point_Markers(s, surf, f, background, refs);
       break;
     }
     default:

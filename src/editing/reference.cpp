@@ -163,6 +163,26 @@ void Set_Reference_On_Range(Session& s, int32_t a, int32_t b) {
   Set_Reference_At(s, static_cast<int32_t>(peak), s.Reference_Value);
 }
 
+void Set_Reference_On_Click(Session& s, int32_t index) {
+  if (index < 0 || index >= s.Disp_Points) return;
+  Set_Reference_At(s, index, s.Reference_Value);
+}
+
+double Entry_Reference_Ppm(const Session& s) {
+  // Both axes are linear in the point index: the spot is found as a
+  // fractional index on the remembered axis and read on the current one.
+  const std::vector<float>& old_axis = s.Ref_Memory.Spec_Axis;
+  const int32_t n = s.Spec_Points;
+  if (n < 2 || old_axis.size() < static_cast<std::size_t>(n) || s.Spec_Axis.size() < static_cast<std::size_t>(n))
+    return std::nan("");
+  const auto last = static_cast<std::size_t>(n - 1);
+  const double old_step = (static_cast<double>(old_axis[last]) - old_axis[0]) / (n - 1);
+  if (old_step == 0) return std::nan("");
+  const double index = (s.Ref_Memory.Ref_Ppm - static_cast<double>(old_axis[0])) / old_step;
+  const double step = (static_cast<double>(s.Spec_Axis[last]) - s.Spec_Axis[0]) / (n - 1);
+  return s.Spec_Axis[0] + index * step;
+}
+
 void Reference_From_Frequency(Session& s, double zero_freq_mhz) {
   if (!(zero_freq_mhz > 0) || s.Spec_Points < 1) return;
   s.Spectrum_Frequency = zero_freq_mhz;

@@ -6,8 +6,8 @@
 //   Spectrum_Frequency = ((SMTMS / N - 0.5) FREQU 1e-6 + Observe_Frequency)
 //                        / (SMEXR 1e-6 + 1)
 //   Spec_Axis[i] = (i - SMTMS) RESOL / Spectrum_Frequency + SMEXR
-// The reference mode of the main window (mode 1) moves the scale by a range
-// dragged over a peak, or from the instrument table.
+// The reference mode of the main window (mode 1) moves the scale by a click
+// on the spectrum, a range dragged over a peak, or from the instrument table.
 #pragma once
 
 #include <cstdint>
@@ -33,6 +33,16 @@ void Set_Reference_At(Session& s, int32_t p, float ppm);
 // largest Disp_Y of the current row in it (first on a tie) takes the value
 // of "Ref値" (Reference_Value). An empty range (a = b) does nothing.
 void Set_Reference_On_Range(Session& s, int32_t a, int32_t b);
+
+// A click on the spectrum at display point `index` (into Disp_X/Disp_Y):
+// that point, as it is and not the nearest summit, takes the value of
+// "Ref値" (Reference_Value). Out-of-range indices do nothing.
+void Set_Reference_On_Click(Session& s, int32_t index);
+
+// Where the reference of the moment the mode was entered stands on the
+// axis as it is now, in ppm: the spot that then read Ref_Ppm, carried over
+// to the moved scale. NaN when no reference mode has been entered.
+double Entry_Reference_Ppm(const Session& s);
 
 // A new 0 ppm frequency, e.g. from the instrument table: SMTMS stays, SMEXR
 // is recomputed from the relation, the axis and display copy rebuilt.

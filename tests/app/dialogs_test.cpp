@@ -26,6 +26,7 @@
 
 #include "basic_toolbar.h"
 #include "datafiles/bruker.h"
+#include "display/view_commands.h"
 #include "editing/instrument_table.h"
 #include "editing/reference.h"
 #include "fid_window.h"
@@ -518,7 +519,6 @@ TEST(Wiring, MainWindowReferenceModeRangeGridAndInstrumentMenus) {
   EXPECT_TRUE(w.Action("m44")->isEnabled());
   tevo::platform::Scripted_Ui ui;
   Make_Spectrum(s, ui, 700);
-  const std::vector<float> axis = s.Spec_Axis;
   w.Refresh_State();
   EXPECT_TRUE(w.Action("m21")->isEnabled());
   EXPECT_TRUE(w.Action("m31")->isEnabled());
@@ -531,7 +531,7 @@ TEST(Wiring, MainWindowReferenceModeRangeGridAndInstrumentMenus) {
   EXPECT_EQ(w.findChild<QStackedWidget*>("ToolPanels")->currentWidget()->objectName(), "RefToolbar");
   EXPECT_DOUBLE_EQ(Text(w, "RefText1").toDouble(), 0.0);
 
-  // A drag over the peak with the mouse, from 6 to 8 ppm of the old axis.
+  // A click, then a drag over the peak with the mouse.
   w.show();
   ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
   tevo::app::Plot_Widget* plot = w.Plot();
@@ -542,10 +542,21 @@ TEST(Wiring, MainWindowReferenceModeRangeGridAndInstrumentMenus) {
     return int(std::lround(f.Frame_Left + (ppm - s.X_Left) / (s.X_Right - s.X_Left) * (f.Frame_Right - f.Frame_Left)));
   };
   const int y = (f.Frame_Top + f.Frame_Base) / 2;
+  // A click away from the peak: the display point under it, and no summit,
+  // takes the typed value; the view stays on the same points.
+  Type(w, "RefText1", "2");
+  const int click_x = pixel(s.Spec_Axis[300]);
+  const int32_t clicked = tevo::display::Pixel_To_Data(s, f, click_x, y).index;
+  QTest::mouseClick(plot, Qt::LeftButton, {}, QPoint(click_x, y));
+  EXPECT_NEAR(s.Disp_X[clicked], 2.0, 1e-5);
+  EXPECT_EQ(s.Param.SMEXR, 2.0f);
+  EXPECT_EQ(tevo::display::Pixel_To_Data(s, plot->Frame(), click_x, y).index, clicked);
+  EXPECT_EQ(s.Mode.Mode_Unchanged, 0);
+
   Type(w, "RefText1", "7.26");
-  QTest::mousePress(plot, Qt::LeftButton, {}, QPoint(pixel(axis[680]), y));
-  QTest::mouseMove(plot, QPoint(pixel(axis[720]), y));
-  QTest::mouseRelease(plot, Qt::LeftButton, {}, QPoint(pixel(axis[720]), y));
+  QTest::mousePress(plot, Qt::LeftButton, {}, QPoint(pixel(s.Spec_Axis[680]), y));
+  QTest::mouseMove(plot, QPoint(pixel(s.Spec_Axis[720]), y));
+  QTest::mouseRelease(plot, Qt::LeftButton, {}, QPoint(pixel(s.Spec_Axis[720]), y));
   EXPECT_NEAR(s.Spec_Axis[700], 7.26, 1e-4);
   EXPECT_EQ(s.Mode.Mode_Unchanged, 0);
 

@@ -9,6 +9,7 @@
 #include "display/paint.h"
 #include "display/peak_labels.h"
 #include "display/spectrum_trace.h"
+#include "editing/reference.h"
 #include "platform/recording_surface.h"
 #include "session/session.h"
 
@@ -269,4 +270,92 @@ TEST(Paint, LayersInOrderAndXorMarks) {
   ASSERT_FALSE(lines.empty());
   EXPECT_EQ(lines.front().op, platform::Raster_Op::Xor);
   EXPECT_EQ(lines.front().at.x, 100);
+}
+
+TEST(Paint, ReferenceAndPhaseMarkersStandAtTheirPoints) {
+  const int32_t n = 4096;
+  Session s;
+  Load(s, n, 2000);
+  // 0.4 Hz per point at 400 MHz: 0.001 ppm per point, point 1000 at 1 ppm.
+  s.Observe_Frequency = 400;
+  s.Param.SMTMS = 1000;
+  s.Param.SMEXR = 1.0f;
+  s.Param.Ref_Origin = 1.0f;
+  ASSERT_EQ(s.Disp_Points, n);
+  RecordingSurface surf(800, 600);
+
+  // The pixel of spectrum point k: the view spans point n-1 (left) to 0,
+  // and a reference move keeps the same points in view.
+  Plot_Frame f = Picture1_Paint(s, surf).frame;
+  const auto pixel = [&](double k) {
+    return f.Frame_Left + (n - 1 - k) / (n - 1) * (f.Frame_Right - f.Frame_Left);
+  };
+  // The XOR markers: each named text with the vertical line left of it.
+  struct Mark {
+    int line_x = -1000, text_x = -1000;
+    bool xor_line = false, full_height = false;
+  };
+  const auto marks = [&] {
+    std::map<std::string, Mark> out;
+    surf.Forget_Ops();
+    f = Picture1_Paint(s, surf).frame;
+    const auto& ops = surf.Ops();
+    for (std::size_t k = 0; k < ops.size(); ++k) {
+      const Recorded_Op& o = ops[k];
+      if (o.kind != Recorded_Op::Kind::Text_Out) continue;
+      if (o.text != "P" && o.text != "p2" && o.text != "pp") continue;
+      Mark m;
+      m.text_x = o.at.x;
+      for (std::size_t j = k; j-- > 0;) {
+        if (ops[j].kind != Recorded_Op::Kind::Line_To) continue;
+        m.line_x = ops[j].at.x;
+        m.xor_line = ops[j].op == platform::Raster_Op::Xor && ops[j].from.x == m.line_x;
+        m.full_height = ops[j].from.y == f.Marker_Top && ops[j].at.y == f.Axis_Y;
+        break;
+      }
+      out[o.text] = m;
+    }
+    return out;
+  };
+
+  // Outside the edit modes nothing is marked.
+  EXPECT_TRUE(marks().empty());
+
+  // Entering the reference mode: "P" alone, on the reference point.
+  ASSERT_TRUE(editing::m21_Click(s));
+  auto m = marks();
+  ASSERT_EQ(m.size(), 1u);
+  ASSERT_TRUE(m.count("P"));
+  EXPECT_NEAR(m["P"].line_x, pixel(1000), 1.0);
+  EXPECT_EQ(m["P"].text_x, m["P"].line_x + 2);
+  EXPECT_TRUE(m["P"].xor_line);
+  EXPECT_TRUE(m["P"].full_height);
+
+  // A click at point 3000 with 2.5 typed: "P" moves there, "p2" stays on
+  // point 1000 where the reference stood before.
+  s.Reference_Value = 2.5f;
+  editing::Set_Reference_On_Click(s, 3000);
+  m = marks();
+  ASSERT_EQ(m.size(), 2u);
+  EXPECT_NEAR(m["P"].line_x, pixel(3000), 1.0);
+  EXPECT_NEAR(m["p2"].line_x, pixel(1000), 1.0);
+  EXPECT_EQ(m["p2"].text_x, m["p2"].line_x + 2);
+  EXPECT_TRUE(m["p2"].xor_line);
+
+  // A drag-repaint over the kept picture draws the same marks again.
+  s.Keep_Base_Layer = 1;
+  EXPECT_EQ(marks().size(), 2u);
+  s.Keep_Base_Layer = 0;
+
+  // The phase mode marks its pivots "pp" and "p2" the same way; a pivot
+  // off the spectrum is not drawn.
+  s.Mode.Edit_Mode = 2;
+  s.Pivot_Pp = 500;
+  s.Pivot_P2 = n;
+  m = marks();
+  ASSERT_EQ(m.size(), 1u);
+  EXPECT_NEAR(m["pp"].line_x, pixel(500), 1.0);
+  s.Pivot_P2 = 3500;
+  m = marks();
+  EXPECT_NEAR(m["p2"].line_x, pixel(3500), 1.0);
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <vector>
 
 #include "editing/instrument_table.h"
 #include "editing/reference.h"
@@ -90,6 +91,41 @@ TEST(Reference, RangeMovesThePeakToTheTypedShift) {
   EXPECT_EQ(s.Spectrum_Frequency, kObs);
   EXPECT_NEAR(s.Spec_Axis[kN / 2], 0.0, 1e-6);
   EXPECT_EQ(s.Param.SMEXR, 0.0f);
+}
+
+TEST(Reference, ClickSetsTheTypedShiftAtThatPointAndTracksTheEntryReference) {
+  tevo::Session s;
+  tevo::platform::Scripted_Ui ui;
+  Make_Spectrum(s, 700, ui);
+  EXPECT_TRUE(std::isnan(Entry_Reference_Ppm(s)));  // no mode entered yet
+  ASSERT_TRUE(m21_Click(s));
+  // On entry the old reference (0 ppm at the centre point) is where it was.
+  EXPECT_NEAR(Entry_Reference_Ppm(s), 0.0, 1e-6);
+
+  // A click between spectrum points: exactly that display point takes the
+  // typed value, not the nearest summit.
+  const int f = s.Disp_Points / kN;
+  const int p = 300 * f + f / 2;
+  ASSERT_TRUE(RefText1_Typed(s, "3.5"));
+  Set_Reference_On_Click(s, p);
+  EXPECT_NEAR(s.Disp_X[p], 3.5, 2e-5);
+  EXPECT_EQ(s.Param.SMEXR, 3.5f);
+  const double hz = kObs + (static_cast<double>(p) / s.Disp_Points - 0.5) * kSw * 1e-6;
+  const double f0 = hz / (1 + 3.5e-6);
+  EXPECT_NEAR(s.Spectrum_Frequency, f0, 1e-9);
+  EXPECT_EQ(s.Mode.Mode_Unchanged, 0);
+
+  // The centre point lies on the carrier, kObs MHz: on the new scale it
+  // reads (kObs / f0 - 1) 1e6 ppm, and that is where the entry reference is.
+  const double centre = (kObs / f0 - 1) * 1e6;
+  EXPECT_NEAR(s.Spec_Axis[kN / 2], centre, 1e-4);
+  EXPECT_NEAR(Entry_Reference_Ppm(s), centre, 1e-4);
+
+  // Clicks off the display copy change nothing.
+  const std::vector<float> axis = s.Spec_Axis;
+  Set_Reference_On_Click(s, -1);
+  Set_Reference_On_Click(s, s.Disp_Points);
+  EXPECT_EQ(s.Spec_Axis, axis);
 }
 
 TEST(Reference, ConfirmStoresCentreAndInstrumentRowThatReferenceLaterData) {
