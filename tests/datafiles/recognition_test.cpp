@@ -165,6 +165,17 @@ TEST_F(Classing, MarkerFilesPointIntoRawFolders) {
   EXPECT_EQ(r.file_class, ".VARD");
   EXPECT_EQ(std::filesystem::path(r.path).filename(), "phasefile");
   EXPECT_TRUE(Class_Accepted(r));
+  // A processed folder with data and phasefile: data comes first.
+  File("v3/data", body);
+  File("v3/phasefile", body);
+  r = Classify_File(s, File("v3/Spec.VarF", marker));
+  EXPECT_EQ(r.file_class, ".VARD");
+  EXPECT_EQ(std::filesystem::path(r.path).filename(), "data");
+  EXPECT_EQ(r.base_name, "DATA");
+  // A marker in a folder holding none of the names keeps its own class.
+  r = Classify_File(s, File("v4/Spec.VarF", marker));
+  EXPECT_EQ(r.file_class, ".VARF");
+  EXPECT_EQ(std::filesystem::path(r.path).filename(), "Spec.VarF");
 
   // Bruker: fid, ser, 1r, 2rr in that order.
   const auto bruker = Bytes_With("BRUKER\r\n", 8);
@@ -178,6 +189,16 @@ TEST_F(Classing, MarkerFilesPointIntoRawFolders) {
   r = Classify_File(s, File("b2/Spec.BRUD", bruker));
   EXPECT_EQ(r.file_class, ".BRUD");
   EXPECT_EQ(std::filesystem::path(r.path).filename(), "1r");
+  File("b4/2rr", body);
+  r = Classify_File(s, File("b4/Spec.BRUD", bruker));
+  EXPECT_EQ(r.file_class, ".BRUD");
+  EXPECT_EQ(std::filesystem::path(r.path).filename(), "2rr");
+  // fid before ser: a raw folder of a 1D set that also kept a ser file.
+  File("b5/ser", body);
+  File("b5/fid", body);
+  r = Classify_File(s, File("b5/Spec.BRUF", bruker));
+  EXPECT_EQ(r.file_class, ".BRUF");
+  EXPECT_EQ(std::filesystem::path(r.path).filename(), "fid");
 
   // CMX: the data file of the folder, without a test.
   r = Classify_File(s, File("c/Spec.CMX", Bytes_With("CMX\r\n", 5)));
@@ -215,8 +236,19 @@ TEST_F(Classing, ContentsOverrideTheName) {
   EXPECT_EQ(Class_Of(File("x.nmf", Bytes_With("NFT1DT"))), ".ALP");
   EXPECT_EQ(Class_Of(File("x.nmd", Bytes_With("JEOLUSF001"))), ".LAM");
   EXPECT_EQ(Class_Of(File("x.001", Bytes_With("\x47\x84\xF5"))), ".MSL");
-  // NUTS magic wins over a native name.
+  // NUTS magic wins over a native name, and so does the NUTS binary
+  // JCAMP label.
   EXPECT_EQ(Class_Of(File("x.tv1", Bytes_With("\x01\x02\x03\x04"))), ".NUT");
+  std::string nuts3 = "##TITLE=n\r\n##JCAMP-DXB=1\r\n";
+  nuts3.resize(400, ' ');
+  EXPECT_EQ(Class_Of(File("y.tv1", std::vector<uint8_t>(nuts3.begin(), nuts3.end()))), ".NUT");
+  // A CSV banner under any name.
+  EXPECT_EQ(Class_Of(File("x.tv1", Bytes_With("$CSVSTART\r\n1,2\r\n", 400))), ".CSV");
+  // A version-3 banner too short to be anything but a marker file keeps
+  // its name's class.
+  EXPECT_EQ(Class_Of(File("short.tv1", Bytes_With(std::string("TV NMR Ver.3.00\0", 16) + "1", 300))), ".TV1");
+  EXPECT_EQ(Class_Of(File("short.als", Bytes_With(std::string("TV NMR Ver.3.00\0", 16) + "1", 300))), ".ALS");
+  EXPECT_EQ(Class_Of(File("long.als", Bytes_With(std::string("TV NMR Ver.3.00\0", 16) + "1", 301))), ".TV1");
 
   // A JCAMP-DX text named .txt is neither sniffed nor named JCAMP: CSV.
   std::string jdx = "##TITLE=x\r\n##JCAMP-DX=5.00\r\n##XYDATA=(X++(Y..Y))\r\n";
@@ -225,6 +257,9 @@ TEST_F(Classing, ContentsOverrideTheName) {
   EXPECT_EQ(Class_Of(File("x.txt", jb)), ".CSV");
   EXPECT_EQ(Class_Of(File("x.jdx", jb)), ".JDX");
   EXPECT_EQ(Class_Of(File("x.asc", Bytes_With("text", 400))), ".CSV");
+  EXPECT_EQ(Class_Of(File("x.DAT", Bytes_With("text", 400))), ".CSV");
+  EXPECT_EQ(Class_Of(File("x.datx", Bytes_With("text", 400))), ".CSV");  // the first 4 characters count
+  EXPECT_EQ(Class_Of(File("x.abc", Bytes_With("text", 400))), ".ABC");
   // Number-only text is CSV under any name.
   std::string nums;
   while (nums.size() < 400) nums += "1.5, 2.5\r\n";

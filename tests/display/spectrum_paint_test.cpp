@@ -92,11 +92,15 @@ TEST(SpectrumTrace, ColumnsKeepExtremesAndReEnterAtTheLastValue) {
   for (const auto& [x, ys] : got) {
     const Column& c = cols.at(x);
     EXPECT_LE(ys.size(), 4u) << "column " << x;
+    if (c.lo == c.hi) EXPECT_EQ(ys.size(), 1u) << "flat column " << x;
     EXPECT_EQ(ys.front(), c.first) << "column " << x;
     EXPECT_EQ(ys.back(), c.last) << "column " << x;  // the stroke leaves at the last value
     EXPECT_EQ(*std::min_element(ys.begin(), ys.end()), c.lo) << "column " << x;
     EXPECT_EQ(*std::max_element(ys.begin(), ys.end()), c.hi) << "column " << x;
   }
+  // The ramp rises 0.4 pixels a column, so most columns are flat.
+  const auto flat = std::count_if(cols.begin(), cols.end(), [](const auto& kv) { return kv.second.lo == kv.second.hi; });
+  EXPECT_GT(flat, 200);
   // The spike's column reaches the top although the spike is one point of 82.
   EXPECT_EQ(cols.at(spike_px).lo, top);
   EXPECT_EQ(*std::min_element(got[spike_px].begin(), got[spike_px].end()), top);
@@ -223,6 +227,20 @@ TEST(PeakLabels, SpreadingAroundCloseNeighboursAndAtTheEdges) {
   for (std::size_t k = 1; k < p.size(); ++k) EXPECT_GE(p[k - 1] - p[k], 12 - 1e-9) << k;
   EXPECT_GE(p.back(), 0 - 6.0);
   EXPECT_GT(p.front(), 30);
+
+  // Worked by hand (W 12, frame 0..30), five peaks crowding the left edge:
+  // the second lands at 5 - 12 + 5.5 = -1.5, past x0, and pushes the first to
+  // 10.5. From then on each newcomer sits on the lowest label, which stays at
+  // -1.5, and the whole run moves right by W, past x1 if need be.
+  const int left_crowd[] = {5, 4, 3, 2, 1};
+  p = Peak_Reduction_Pos(left_crowd, 12, 0, 30);
+  EXPECT_EQ(p, (std::vector<double>{46.5, 34.5, 22.5, 10.5, -1.5}));
+  // A peak at or beyond x1 is pinned there and starts a new run; the labels
+  // after it walk left from the pinned one with no push back; a peak below
+  // x0 is pinned to x0, one on x0 keeps its place.
+  const int right_crowd[] = {40, 29, 28, 0, -3};
+  p = Peak_Reduction_Pos(right_crowd, 12, 0, 30);
+  EXPECT_EQ(p, (std::vector<double>{30, 18, 6, 0, 0}));
 
   // Crowded at the right edge with no room: once one passes x1 the rest
   // stack a label width apart.

@@ -1,10 +1,15 @@
 // The picture of the main plot of a real FID, opened and transformed as the
-// render command does it, painted into a PNG file and read back.
+// render command does it, painted into a PNG file and read back; and the
+// render command itself, run as a program, writing a PNG and a PDF.
 #include <QImage>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sys/wait.h>
+
+#include <cstdlib>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "datafiles/open_file.h"
@@ -96,6 +101,71 @@ TEST(Render, AspirinFidPaintsItsSpectrumAxisAndCaption) {
   };
   EXPECT_GT(dark_in(0, f.Axis_Y + 4, w, std::min(h, f.Axis_Y + 40)), 200);
   EXPECT_GT(dark_in(w / 2, 0, w, caption_band), 100);
+}
+
+// The command-line program of this build: TEVO_BINARY_DIR when the test
+// runs under CTest, else beside this test binary's folder.
+fs::path Cli_Program() {
+  if (const char* dir = std::getenv("TEVO_BINARY_DIR"); dir && *dir) return fs::path(dir) / "cli" / "tevo1d-cli";
+  return fs::read_symlink("/proc/self/exe").parent_path().parent_path() / "cli" / "tevo1d-cli";
+}
+
+int Run_Command(const std::string& command) {
+  const int status = std::system(command.c_str());
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string Quoted(const fs::path& p) { return "'" + p.string() + "'"; }
+
+TEST(Render, CommandWritesPngAndPdfWithRealJapaneseGlyphs) {
+  const fs::path cli = Cli_Program();
+  ASSERT_TRUE(fs::exists(cli)) << "build the tevo1d-cli target first: " << cli;
+  test::Temp_Dir dir;
+  const fs::path experiment = dir / "アスピリン" / "1";
+  fs::create_directories(experiment.parent_path());
+  fs::copy(test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1"), experiment,
+           fs::copy_options::recursive);
+  const fs::path home = dir / "home";
+  auto render = [&](const fs::path& out, const std::string& extra) {
+    return Run_Command("QT_QPA_PLATFORM=offscreen " + Quoted(cli) + " --home " + Quoted(home) + " render " +
+               Quoted(experiment / "fid") + " -o " + Quoted(out) + extra + " 2>/dev/null");
+  };
+
+  // PNG at the asked size: a trace across the plot, numbers under the axis,
+  // ink in the caption band.
+  const fs::path png = dir / "aspirin.png";
+  ASSERT_EQ(render(png, " --size 800x500"), 0);
+  QImage image(QString::fromStdString(png.string()));
+  ASSERT_EQ(image.width(), 800);
+  ASSERT_EQ(image.height(), 500);
+  const display::Plot_Frame f = display::Make_Plot_Frame(0, 800, 0, 500, 96.0 / 72.0);
+  auto dark_in = [&](int x0, int y0, int x1, int y1) {
+    int n = 0;
+    for (int y = y0; y < y1; ++y)
+      for (int x = x0; x < x1; ++x) n += Dark(image.pixel(x, y));
+    return n;
+  };
+  EXPECT_GT(dark_in(0, 20, 800, f.Axis_Y - 2), 800);
+  EXPECT_GT(dark_in(0, f.Axis_Y + 4, 800, std::min(500, f.Axis_Y + 40)), 200);
+  EXPECT_GT(dark_in(400, 0, 800, 20), 100);
+
+  // PDF: the fonts are embedded, and the Japanese face's subset maps glyphs
+  // to the five kana of the folder name (U+30A2 U+30B9 U+30D4 U+30EA U+30F3),
+  // so the caption is drawn with real glyphs, not boxes; the axis unit's
+  // delta comes through the Symbol mapping as U+03B4.
+  const fs::path pdf = dir / "aspirin.pdf";
+  ASSERT_EQ(render(pdf, ""), 0);
+  const std::string bytes = test::Read_Text(pdf);
+  EXPECT_EQ(bytes.rfind("%PDF-", 0), 0u);
+  EXPECT_NE(bytes.find("/FontFile2"), std::string::npos);
+  EXPECT_NE(bytes.find("/BaseFont /IPA"), std::string::npos);
+  for (const char* code : {"<30A2>", "<30B9>", "<30D4>", "<30EA>", "<30F3>", "<03B4>"})
+    EXPECT_NE(bytes.find(code), std::string::npos) << code;
+
+  // A range that is no pair of numbers, or an unknown picture kind: refused.
+  EXPECT_NE(render(dir / "x.png", " --range 5"), 0);
+  EXPECT_NE(render(dir / "x.gif", ""), 0);
+  EXPECT_FALSE(fs::exists(dir / "x.gif"));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -195,6 +196,27 @@ TEST(SettingsFile, WriteThenReadKeepsEveryKeyReadBack) {
   Settings read;
   session::Read_Settings_From(read, (dir / "NMRCOL0001.ini").string());
   const Settings defaults;
+  // The keys written but not taken back, listed here from the file's
+  // description rather than from the key table.
+  std::set<std::string> not_read = {"PEAK NUM FONT",    "PEAK DATA FONT",   "MUL BG COLOR",   "PEAK LIST LEFT",
+                                    "PEAK LIST TOP",    "PEAK LIST HEIGHT", "PEAK LIST WIDTH", "MULTI INTEG DISP",
+                                    "LATEST ACCESS",    "USER NAME",        "DEPT CH2 45",    "DEPT CH2 135",
+                                    "DEPT CH3 45",      "DEPT CH3 90",      "DEPT CH3 135",   "DEPT CH MUL",
+                                    "DEPT CH 135",      "DEPT CH 45",       "DEPT CH 90"};
+  for (int k = 1; k <= 5; ++k)
+    for (const char* stem : {"USER EXTENSION ", "USER EXT NUM ", "ID AUTO MODE "}) not_read.insert(stem + std::to_string(k));
+  std::set<std::string> lost;
+  for (const auto& def : session::Setting_Keys()) {
+    if (def.type == session::Setting_Type::List) continue;
+    const std::string key = def.key;
+    // The page fractions pass through a unit conversion: equal within float.
+    const bool page = key == "PARA LEFT" || key == "PARA TOP" || key == "PARA WIDTH" || key == "PARA HEIGHT";
+    const bool same = def.type == session::Setting_Type::Text ? read.Text(key) == written.Text(key)
+                      : page ? std::fabs(read.Real(key) - written.Real(key)) <= 1e-5 * std::fabs(written.Real(key))
+                             : read.Real(key) == written.Real(key);
+    if (!same && def.rule != session::Setting_Rule::Always_Default) lost.insert(key);
+  }
+  EXPECT_EQ(lost, not_read);
   for (const auto& def : session::Setting_Keys()) {
     if (def.type == session::Setting_Type::List) continue;
     const std::string key = def.key;
