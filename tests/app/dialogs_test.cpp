@@ -552,6 +552,18 @@ TEST(Wiring, MainWindowReferenceModeRangeGridAndInstrumentMenus) {
   EXPECT_EQ(s.Param.SMEXR, 2.0f);
   EXPECT_EQ(tevo::display::Pixel_To_Data(s, plot->Frame(), click_x, y).index, clicked);
   EXPECT_EQ(s.Mode.Mode_Unchanged, 0);
+  // The plot shows the marks: lines rising from the axis at the clicked
+  // column and at the old reference point N/2, and none between them.
+  const QImage shot = plot->grab().toImage();
+  const int mid_y = (f.Marker_Top + f.Frame_Base) / 2;
+  const auto marked = [&](int x) {
+    for (int dx = -1; dx <= 1; ++dx)
+      if (shot.pixelColor(x + dx, mid_y) != QColor(Qt::white)) return true;
+    return false;
+  };
+  EXPECT_TRUE(marked(click_x));
+  EXPECT_TRUE(marked(pixel(s.Spec_Axis[kN / 2])));
+  EXPECT_FALSE(marked(pixel(s.Spec_Axis[400])));
 
   Type(w, "RefText1", "7.26");
   QTest::mousePress(plot, Qt::LeftButton, {}, QPoint(pixel(s.Spec_Axis[680]), y));
