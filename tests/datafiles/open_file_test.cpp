@@ -105,12 +105,27 @@ TEST_F(Read_Frame, FailedReadBringsTheFormerDataBack) {
   const auto good = dir / "other.tv1";
   ASSERT_EQ(Write_Native(other, good.string()), 0);
   const auto bytes = test::Read_Bytes(good);
+  auto open_damaged = [&](const fs::path& damaged) {
+    const std::size_t shown = ui.shown.size();
+    EXPECT_NE(NM1D_m11_Click(s, {damaged.string(), {}}), 0) << damaged;
+    EXPECT_GT(ui.shown.size(), shown) << damaged;  // always a message
+    EXPECT_EQ(s.Param.COMNT, "former") << damaged;
+    EXPECT_EQ(s.Spec_Points, 8) << damaged;
+    EXPECT_FLOAT_EQ(s.Spec_Re(7), 7.0f) << damaged;
+  };
   for (size_t cut : {size_t{20}, size_t{300}, bytes.size() / 2, bytes.size() - 3}) {
     const auto damaged = dir / ("cut" + std::to_string(cut) + ".tv1");
     Write_Bytes(damaged, std::vector<uint8_t>(bytes.begin(), bytes.begin() + static_cast<long>(cut)));
-    NM1D_m11_Click(s, {damaged.string(), {}});
-    EXPECT_EQ(s.Param.COMNT, "former") << cut;
-    EXPECT_FLOAT_EQ(s.Spec_Re(7), 7.0f) << cut;
+    open_damaged(damaged);
+  }
+  // Directory entries that point outside the file: the data section's
+  // offset far past the end, and its length running past the end.
+  for (int field : {24, 28}) {
+    std::vector<uint8_t> bad = bytes;
+    Put_LE_Int32(bad, static_cast<size_t>(32 + field), 0x7FFFFF00);
+    const auto damaged = dir / ("outside" + std::to_string(field) + ".tv1");
+    Write_Bytes(damaged, bad);
+    open_damaged(damaged);
   }
   // The whole file opens.
   EXPECT_EQ(NM1D_m11_Click(s, {good.string(), {}}), 0);
