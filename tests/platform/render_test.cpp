@@ -162,6 +162,13 @@ TEST(Render, CommandWritesPngAndPdfWithRealJapaneseGlyphs) {
   for (const char* code : {"<30A2>", "<30B9>", "<30D4>", "<30EA>", "<30F3>", "<03B4>"})
     EXPECT_NE(bytes.find(code), std::string::npos) << code;
 
+  // Both pictures are kept beside the test program, in "render", to be
+  // looked at.
+  const fs::path keep = fs::read_symlink("/proc/self/exe").parent_path() / "render";
+  fs::create_directories(keep);
+  fs::copy_file(png, keep / "aspirin.png", fs::copy_options::overwrite_existing);
+  fs::copy_file(pdf, keep / "aspirin.pdf", fs::copy_options::overwrite_existing);
+
   // A range that is no pair of numbers, or an unknown picture kind: refused.
   EXPECT_NE(render(dir / "x.png", " --range 5"), 0);
   EXPECT_NE(render(dir / "x.gif", ""), 0);
