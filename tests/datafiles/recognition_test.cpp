@@ -273,6 +273,14 @@ TEST_F(Classing, AcceptanceOfNamesAndClasses) {
   EXPECT_TRUE(Class_Accepted(Classify_File(s, File("x.gxd", body))));
   EXPECT_TRUE(Class_Accepted(Classify_File(s, File("x.import", body))));
   EXPECT_FALSE(Class_Accepted(Classify_File(s, File("x.abc", body))));
+  // An extension the operator bound to JCAMP (type 12) opens as JCAMP-DX;
+  // contents still come first.
+  s.settings.Set("USER EXTENSION 1", std::string("abc"));
+  s.settings.Set("USER EXT NUM 1", 12.0);
+  auto bound = Classify_File(s, File("y.abc", body));
+  EXPECT_EQ(bound.file_class, ".JDX");
+  EXPECT_TRUE(Class_Accepted(bound));
+  EXPECT_EQ(Class_Of(File("z.abc", Bytes_With("JEOL.NMR"))), ".ECP");
   auto tv2 = Bytes_With(std::string("TV NMR Ver.3.00\0", 16) + "2");
   EXPECT_FALSE(Class_Accepted(Classify_File(s, File("x.tv1", tv2))));
 
