@@ -15,6 +15,7 @@
 
 #include "bruker_dialog.h"
 #include "instrument_dialogs.h"
+#include "user_dialog.h"
 #include "session/messages.h"
 
 namespace tevo::app {
@@ -186,6 +187,12 @@ std::optional<std::string> Qt_Ui::Ask_Text(const std::string& title, const std::
   QString t = QInputDialog::getText(parent_, Q(title), Q(prompt), QLineEdit::Normal, Q(initial), &ok);
   if (!ok) return std::nullopt;
   return t.toStdString();
+}
+
+std::optional<std::string> Qt_Ui::Ask_User(const std::vector<std::string>& users, const std::string& initial) {
+  User_Dialog form(users, initial, parent_);
+  if (form.exec() != QDialog::Accepted) return std::nullopt;
+  return form.Name();
 }
 
 }  // namespace tevo::app

@@ -46,6 +46,8 @@ class Qt_Ui : public platform::Ui {
   // "Instrument ID" shows Form107 when a session is set.
   std::optional<std::string> Ask_Text(const std::string& title, const std::string& prompt,
                                       const std::string& initial) override;
+  // The user window NMR1D_Form01.
+  std::optional<std::string> Ask_User(const std::vector<std::string>& users, const std::string& initial) override;
 
  private:
   QWidget* parent_;

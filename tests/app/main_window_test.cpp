@@ -7,6 +7,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QListWidget>
+#include <QLineEdit>
 #include <QTimer>
 #include <set>
 
@@ -16,6 +18,7 @@
 #include "app_support.h"
 #include "support/test_support.h"
 #include <filesystem>
+#include <functional>
 #include "main_window.h"
 #include "menu_tree.h"
 
@@ -94,6 +97,41 @@ TEST(MainWindow, EndAsksWithDataAndCancelKeepsTheWindow) {
   Press_In_Message("Command1");  // 保存しない
   EXPECT_TRUE(window.Try_Exit());
   EXPECT_FALSE(std::filesystem::exists(session.Work_File));  // markers removed at the end
+}
+
+// The user window at start: a new name gets the first free settings file;
+// 終了 ends before the program starts and leaves no marker behind.
+TEST(MainWindow, UserWindowNamesTheSettingsFileOrEndsTheStart) {
+  App();
+  tevo::test::Temp_Dir home;
+  tevo::test::Write_Text(home / "1DCommon.ini", "1D Common Setting\r\nUSER MODE           0\r\n");
+  const auto in_user_window = [](std::function<void(QWidget&)> act) {
+    tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form01"; }, act);
+  };
+  {
+    tevo::Session session;
+    tevo::app::Main_Window window(session);
+    in_user_window([](QWidget& w) {
+      auto* list = w.findChild<QListWidget*>("List1");
+      EXPECT_EQ(list->item(0)->text(), QString::fromUtf8("共通"));
+      w.findChild<QLineEdit*>("Text1")->setText(" hanako ");
+      w.findChild<QPushButton*>("Command1")->click();
+    });
+    window.Start(home.path().string(), "", "");
+    ASSERT_TRUE(window.Started());
+    EXPECT_EQ(session.User_Name, "HANAKO");
+    EXPECT_EQ(std::filesystem::path(session.Settings_Write_Name).filename(), "NMRCOL0001.ini");
+    window.Shut_Down();
+  }
+  {
+    tevo::Session session;
+    tevo::app::Main_Window window(session);
+    in_user_window([](QWidget& w) { w.findChild<QPushButton*>("Command2")->click(); });
+    window.Start(home.path().string(), "", "");
+    EXPECT_FALSE(window.Started());
+    for (const auto& e : std::filesystem::directory_iterator(home.path()))
+      EXPECT_NE(e.path().extension(), ".wkf") << e.path();
+  }
 }
 
 }  // namespace

@@ -40,16 +40,12 @@ void Save_Shot(QWidget* w, const char* name) {
 // Clicks a button of the next top-level window of type W once it is shown,
 // after taking its picture when `shot` names one.
 template <class W>
-void Click_When_Shown(const char* button, const char* shot = nullptr, int tries = 200) {
-  QTimer::singleShot(20, [button, shot, tries] {
-    for (QWidget* w : QApplication::topLevelWidgets())
-      if (auto* d = qobject_cast<W*>(w); d && d->isVisible()) {
-        if (shot) Save_Shot(d, shot);
-        if (auto* b = d->template findChild<QPushButton*>(button)) b->click();
-        return;
-      }
-    if (tries > 0) Click_When_Shown<W>(button, shot, tries - 1);
-  });
+void Click_When_Shown(const char* button, const char* shot = nullptr) {
+  tevo::test::When_Window_Shown([](QWidget* w) { return qobject_cast<W*>(w) != nullptr; },
+                                [button, shot](QWidget& w) {
+                                  if (shot) Save_Shot(&w, shot);
+                                  if (auto* b = w.findChild<QPushButton*>(button)) b->click();
+                                });
 }
 
 // Count of pixels of the plot that are not white.
