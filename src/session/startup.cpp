@@ -12,6 +12,7 @@
 #include <fstream>
 #include <set>
 
+#include "page/fonts.h"
 #include "platform/ui.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
@@ -360,6 +361,11 @@ Start_Result Start_Up(Session& s, const Start_Options& o) {
   s.Start_Folder = fs::current_path(ec).string();
   Read_Print_Text(s);
   Read_Settings(s);
+  // Double-byte text inside a Latin font is set in the operator's Japanese
+  // face, if the system has it as one with Japanese characters.
+  if (const page::Font_Face* face = page::Find_Face(s.settings.Text("DEFAULT FONT"));
+      face != nullptr && face->Charset == page::Charset_Shift_Jis)
+    page::Fonts().Default_Font = face->Name;
   s.Param.SMEXR = static_cast<float>(s.settings.Real("REF INITITAL"));
   Read_Nuclear(s);
   Read_Required_Files(s);

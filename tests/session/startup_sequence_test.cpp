@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "page/fonts.h"
 #include "platform/ui.h"
 #include "session/session.h"
 #include "session/settings_files.h"
@@ -85,6 +86,29 @@ TEST(StartUp, FreshFolderThenSecondStart) {
   EXPECT_EQ(b.s.settings.Int("DISPLAY MIN"), 262144);
   EXPECT_EQ(b.s.settings.Para_Table, "OBNUC\r\nSCANS");  // now from the settings file
   session::Shutdown_Cleanup(b.s);
+}
+
+// "DEFAULT FONT" names the Japanese face of the whole program once the
+// settings are read; a face the system lacks, or a Latin one, leaves the
+// built-in one.
+TEST(StartUp, DefaultFontSettingChoosesTheJapaneseFace) {
+  const page::Font_Setup saved = page::Fonts();
+  auto faces = page::Named_Faces();
+  faces.push_back({"IPAexMincho", page::Charset_Shift_Jis});
+  page::Set_Font_Table(faces);
+  for (const auto& [face, expected] : {std::pair{"IPAexMincho", "IPAexMincho"},
+                                       std::pair{"NoSuchFace", "ＭＳ ゴシック"},
+                                       std::pair{"Arial", "ＭＳ ゴシック"}}) {
+    SCOPED_TRACE(face);
+    page::Fonts().Default_Font = "ＭＳ ゴシック";
+    test::Temp_Dir home;
+    test::Write_Text(home / "NMRCOL.INI", std::string("1D Initial setting\r\nDEFAULT FONT    ; ") + face + "\r\n");
+    Copy a;
+    ASSERT_TRUE(session::Start_Up(a.s, Options(home, false)).go_on);
+    EXPECT_EQ(page::Fonts().Default_Font, expected);
+    session::Shutdown_Cleanup(a.s);
+  }
+  page::Fonts() = saved;
 }
 
 TEST(StartUp, UserChoiceNewKnownCommonAndEnd) {
