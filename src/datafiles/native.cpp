@@ -24,7 +24,6 @@ constexpr const char* Kind_1D = "1D NORM NORM   ";
 constexpr size_t Dir = 32;  // the directory: 64 (offset, size) pairs
 constexpr size_t Head_Size = 3616;
 constexpr size_t Param_Offset = 1056;
-constexpr size_t Overlay_Index_Size = 80;
 constexpr const char* Too_Big = "Dataが大きすぎます(または、正しくない)";
 
 // Directory entries: the offset inside the directory of each section's pair.
@@ -38,8 +37,6 @@ enum Entry : size_t {
 
 constexpr size_t Page_Size = 800, Deconv_Min = 1028, Relax_Size = 100, List_Size = 304,
                  Marker_Size = 320, Picture_Head = 4096;
-
-bool Slot_Used(const Overlay_Slot& o) { return o.Slot_Points > 1; }
 
 // Comment 1 is the first line of COMNT, comment 2 the rest behind it.
 void Split_Comment(const std::string& c, std::string& first, std::string& rest) {
@@ -91,7 +88,8 @@ class Writer {
     Section(E_Insets, [&](size_t at) { return native_io::Write_Insets(w_, at, s_.Insets); });
     if (!s_.Texts.empty()) Section(E_Texts, [&](size_t at) { return native_io::Write_Texts(w_, at, s_.Texts); });
     Overlay_Table(E_Ov_Disp, [&](size_t at, const Overlay_Slot& o) { return Slot_Display(at, o); });
-    Overlay_Table(E_Ov_Spectra, [&](size_t at, const Overlay_Slot& o) { return Slot_Spectrum(at, o); });
+    Overlay_Table(E_Ov_Spectra,
+                  [&](size_t at, const Overlay_Slot& o) { return native_io::Write_Slot_Spectrum(w_, at, o); });
     Section(E_Page, [&](size_t at) { return Page(at); });
     Section(E_Deconv, [&](size_t at) {
       const size_t n = std::max(s_.Native.Deconv_Page.size(), Deconv_Min);
@@ -160,24 +158,9 @@ class Writer {
     Pair(entry, at, text.empty() ? 0 : n);
   }
 
-  // An index of 20 int32 (the overlay shift, then one record offset per
-  // slot at 4 + 4n) and one record per used slot, each on a 16-byte
-  // boundary and followed by 16 zero bytes.
   template <class F>
   void Overlay_Table(size_t entry, F&& record) {
-    Section(entry, [&](size_t at) {
-      w_.Reach(at + Overlay_Index_Size);
-      w_.F32(at, s_.Overlay_Shift);
-      for (int n = 1; n <= Overlay_Max; ++n) {
-        const Overlay_Slot& o = s_.Overlay[static_cast<size_t>(n)];
-        if (!Slot_Used(o)) continue;
-        const size_t rec = w_.Next_Section();
-        const size_t size = record(rec, o);
-        w_.Reach(rec + size + 16);
-        w_.I32(at + 4 + 4 * static_cast<size_t>(n), static_cast<int32_t>(rec));
-      }
-      return w_.Size() - at;
-    });
+    Section(entry, [&](size_t at) { return native_io::Write_Overlay_Table(w_, at, s_, record); });
   }
 
   size_t Slot_Display(size_t at, const Overlay_Slot& o) {
@@ -194,26 +177,6 @@ class Writer {
     slot.settings = s_.settings;
     native_io::Write_Param_Section(w_, slot, {at + 16, 0, 0, 0});
     return 16 + native_io::Param_Section_Size;
-  }
-
-  size_t Slot_Spectrum(size_t at, const Overlay_Slot& o) {
-    const int32_t n = o.Slot_Points;
-    const double x0 = o.Slot_X.empty() ? 0.0 : o.Slot_X[0];
-    const double step =
-        (n > 1 && o.Slot_X.size() >= static_cast<size_t>(n)) ? (static_cast<double>(o.Slot_X[static_cast<size_t>(n - 1)]) - x0) / (n - 1) : 0.0;
-    w_.F32(at, static_cast<float>(x0));
-    w_.F32(at + 4, o.Slot_Y_Mag);
-    w_.I32(at + 8, n);
-    w_.F64(at + 12, step);
-    w_.F32(at + 20, o.Slot_Y_Offset);
-    w_.I32(at + 24, o.Slot_Colour);
-    w_.I16(at + 28, o.Slot_Show);
-    w_.Text_Field(at + 64, o.Slot_File, 256);
-    w_.Text_Field(at + 320, o.Slot_Comment, 256);
-    w_.Reach(at + 576 + 4 * static_cast<size_t>(n));
-    for (int32_t i = 0; i < n; ++i)
-      w_.F32(at + 576 + 4 * static_cast<size_t>(i), static_cast<size_t>(i) < o.Slot_Y.size() ? o.Slot_Y[static_cast<size_t>(i)] : 0.0f);
-    return 576 + 4 * static_cast<size_t>(n);
   }
 
   size_t Lines(size_t at) {
@@ -420,9 +383,7 @@ class Reader {
 
   // Record offset of slot n in an overlay table, 0 for none.
   size_t Slot_Record(const Section_At& a, int n) {
-    if (!a.present) return 0;
-    const int32_t off = r_.I32(a.off + 4 + 4 * static_cast<size_t>(n));
-    return off > 0 && r_.Has(static_cast<size_t>(off), 16) ? static_cast<size_t>(off) : 0;
+    return a.present ? native_io::Overlay_Slot_Record(r_, a.off, n) : 0;
   }
 
   void Overlays() {
@@ -433,24 +394,7 @@ class Reader {
       const size_t rec = Slot_Record(spectra, n);
       if (rec == 0) continue;
       Overlay_Slot o;
-      const int32_t points = r_.I32(rec + 8);
-      if (points < 2 || points > Fft_Table_Size_Max || !r_.Has(rec + 576, 4 * static_cast<size_t>(points)))
-        continue;
-      const double x0 = r_.F32(rec), step = r_.F64(rec + 12);
-      o.Slot_Y_Mag = r_.F32(rec + 4);
-      o.Slot_Points = points;
-      o.Slot_Y_Offset = r_.F32(rec + 20);
-      o.Slot_Colour = r_.I32(rec + 24);
-      o.Slot_Show = r_.I16(rec + 28);
-      o.Slot_File = r_.Text(rec + 64, 256);
-      if (o.Slot_File.empty()) o.Slot_File = "No File Name";
-      o.Slot_Comment = r_.Text(rec + 320, 256);
-      o.Slot_X.resize(static_cast<size_t>(points));
-      o.Slot_Y.resize(static_cast<size_t>(points));
-      for (int32_t i = 0; i < points; ++i) {
-        o.Slot_X[static_cast<size_t>(i)] = static_cast<float>(x0 + i * step);
-        o.Slot_Y[static_cast<size_t>(i)] = r_.F32(rec + 576 + 4 * static_cast<size_t>(i));
-      }
+      if (!native_io::Read_Slot_Spectrum(r_, rec, o)) continue;
       if (const size_t d = Slot_Record(At(E_Ov_Disp), n); d != 0) {
         o.Slot_Y_Full = r_.F32(d);
         o.Slot_Show_Peaks = r_.I16(d + 4);

@@ -520,6 +520,74 @@ std::vector<Inset_Rec> Read_Insets(const Image_Reader& r, size_t at, size_t size
   return list;
 }
 
+// ---------------------------------------------------------- overlay tables ----
+
+size_t Write_Overlay_Table(Image_Writer& w, size_t at, const Session& s,
+                           const std::function<size_t(size_t, const Overlay_Slot&)>& record) {
+  constexpr size_t Index_Size = 80;
+  w.Reach(at + Index_Size);
+  w.F32(at, s.Overlay_Shift);
+  for (int n = 1; n <= Overlay_Max; ++n) {
+    const Overlay_Slot& o = s.Overlay[static_cast<size_t>(n)];
+    if (o.Slot_Points <= 1) continue;
+    const size_t rec = w.Next_Section();
+    const size_t size = record(rec, o);
+    w.Reach(rec + size + 16);
+    w.I32(at + 4 + 4 * static_cast<size_t>(n), static_cast<int32_t>(rec));
+  }
+  return w.Size() - at;
+}
+
+size_t Overlay_Slot_Record(const Image_Reader& r, size_t at, int n) {
+  const int32_t off = r.I32(at + 4 + 4 * static_cast<size_t>(n));
+  return off > 0 && r.Has(static_cast<size_t>(off), 16) ? static_cast<size_t>(off) : 0;
+}
+
+size_t Write_Slot_Spectrum(Image_Writer& w, size_t at, const Overlay_Slot& o) {
+  const int32_t n = o.Slot_Points;
+  const size_t count = static_cast<size_t>(std::max(n, 0));
+  const double x0 = o.Slot_X.empty() ? 0.0 : o.Slot_X[0];
+  // The axis is stored as its first ppm and an even step from first to last.
+  const double step = (n > 1 && o.Slot_X.size() >= count)
+                          ? (static_cast<double>(o.Slot_X[count - 1]) - x0) / (n - 1)
+                          : 0.0;
+  w.F32(at, static_cast<float>(x0));
+  w.F32(at + 4, o.Slot_Y_Mag);
+  w.I32(at + 8, n);
+  w.F64(at + 12, step);
+  w.F32(at + 20, o.Slot_Y_Offset);
+  w.I32(at + 24, o.Slot_Colour);
+  w.I16(at + 28, o.Slot_Show);
+  w.Text_Field(at + 64, o.Slot_File, 256);
+  w.Text_Field(at + 320, o.Slot_Comment, 256);
+  w.Reach(at + 576 + 4 * count);
+  for (size_t i = 0; i < count; ++i) w.F32(at + 576 + 4 * i, i < o.Slot_Y.size() ? o.Slot_Y[i] : 0.0f);
+  return 576 + 4 * count;
+}
+
+bool Read_Slot_Spectrum(const Image_Reader& r, size_t rec, Overlay_Slot& o) {
+  const int32_t points = r.I32(rec + 8);
+  if (points < 2 || points > Fft_Table_Size_Max || !r.Has(rec + 576, 4 * static_cast<size_t>(points)))
+    return false;
+  const size_t count = static_cast<size_t>(points);
+  const double x0 = r.F32(rec), step = r.F64(rec + 12);
+  o.Slot_Y_Mag = r.F32(rec + 4);
+  o.Slot_Points = points;
+  o.Slot_Y_Offset = r.F32(rec + 20);
+  o.Slot_Colour = r.I32(rec + 24);
+  o.Slot_Show = r.I16(rec + 28);
+  o.Slot_File = r.Text(rec + 64, 256);
+  if (o.Slot_File.empty()) o.Slot_File = "No File Name";
+  o.Slot_Comment = r.Text(rec + 320, 256);
+  o.Slot_X.resize(count);
+  o.Slot_Y.resize(count);
+  for (size_t i = 0; i < count; ++i) {
+    o.Slot_X[i] = static_cast<float>(x0 + static_cast<double>(i) * step);
+    o.Slot_Y[i] = r.F32(rec + 576 + 4 * i);
+  }
+  return true;
+}
+
 size_t Write_Texts(Image_Writer& w, size_t at, const std::vector<Text_Rec>& texts) {
   const size_t n = texts.size();
   w.I32(at, static_cast<int32_t>(n));

@@ -20,6 +20,7 @@ struct Inset_Rec;
 struct Peak_Rec;
 struct Integ_Rec;
 struct Text_Rec;
+struct Overlay_Slot;
 }  // namespace tevo
 
 namespace tevo::datafiles::native_io {
@@ -154,6 +155,26 @@ Font_Rec Read_Font_Record(const Image_Reader& r, size_t off, size_t name_at = 16
 // in `size`.
 size_t Write_Insets(Image_Writer& w, size_t at, const std::vector<Inset_Rec>& insets);
 std::vector<Inset_Rec> Read_Insets(const Image_Reader& r, size_t at, size_t size);
+
+// ---- overlay tables ----
+// An index of 20 int32 (the overlay shift, then at 4 + 4n the file offset
+// of slot n's record, 0 for an empty slot) and one record per slot with more
+// than one point, each on a 16-byte boundary and followed by 16 zero bytes.
+// `record` lays one slot's record down and returns its size; the table's
+// bytes from `at` are returned.
+size_t Write_Overlay_Table(Image_Writer& w, size_t at, const Session& s,
+                           const std::function<size_t(size_t, const Overlay_Slot&)>& record);
+// File offset of slot n's record in the table at `at`, 0 for none.
+size_t Overlay_Slot_Record(const Image_Reader& r, size_t at, int n);
+// The spectra table's record: start ppm and scale at 0 and 4, point count
+// at 8, ppm step (real64) at 12, position, colour and display mode at 20,
+// 24, 28, file name at 64, comment at 320, the points as real32 from 576.
+// Returns the record's size.
+size_t Write_Slot_Spectrum(Image_Writer& w, size_t at, const Overlay_Slot& o);
+// Fills the spectrum fields of `o`; false for a record whose point count is
+// out of range or whose points run past the file. An empty file name reads
+// as "No File Name".
+bool Read_Slot_Spectrum(const Image_Reader& r, size_t rec, Overlay_Slot& o);
 
 // The note list: count, one file offset per note, each note on a 16-byte
 // boundary behind it; returns the bytes written from `at`.

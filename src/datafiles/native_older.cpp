@@ -198,6 +198,12 @@ int Write_Older_Native(Session& s, const std::string& path) {
       off = w.Next_Section();
       pair(H_Notes, off, native_io::Write_Texts(w, off, s.Texts));
     }
+    // The overlays: one table in the shape of the main format's spectra
+    // table, found through the pair at the head's end.
+    off = w.Next_Section();
+    pair(H_Overlays, off, native_io::Write_Overlay_Table(w, off, s, [&](size_t at, const Overlay_Slot& o) {
+           return native_io::Write_Slot_Spectrum(w, at, o);
+         }));
   } catch (const std::exception&) {
     return native_io::Run_Time_Failure(s, "WRT/ALS");
   }
@@ -277,6 +283,15 @@ int Read_Older(Session& s, const std::vector<uint8_t>& bytes) {
   }
   if (pair(H_Insets, off, size)) s.Insets = native_io::Read_Insets(r, off, size);
   if (pair(H_Notes, off, size)) native_io::Read_Texts(r, off, s);
+  // The overlay mode that keeps the slots skips the stored overlays.
+  if (s.Overlay_Read_Mode != 3 && pair(H_Overlays, off, size)) {
+    s.Overlay_Shift = r.F32(off);
+    for (int n = 1; n <= Overlay_Max; ++n) {
+      const size_t rec = native_io::Overlay_Slot_Record(r, off, n);
+      Overlay_Slot o;
+      if (rec != 0 && native_io::Read_Slot_Spectrum(r, rec, o)) s.Overlay[static_cast<size_t>(n)] = std::move(o);
+    }
+  }
   if (version == 0) {
     Default_Page_Fields(s);  // version 1.00 has no display section
   } else if (pair(H_Display, off, size) && size >= 8) {

@@ -21,6 +21,12 @@ TEST(NativeOlder, Version101RoundTripKeepsDataAndParameters) {
   test::Quiet_Session(s, ui);
   test::Fill_Sample_Session(s);
   s.Param.COMNT = "エチルベンゼン";
+  // A second overlay with a falling axis: 12, 11.5, ... 10 ppm.
+  Overlay_Slot& five = s.Overlay[5];
+  five.Slot_Points = 5;
+  five.Slot_X = {12.0f, 11.5f, 11.0f, 10.5f, 10.0f};
+  five.Slot_Y = {1, -2, 3, -4, 5};
+  five.Slot_Colour = 0x0000FF;
   const std::string path = (dir / "sample.ALS").string();
   ASSERT_EQ(datafiles::Write_Older_Native(s, path), 0);
 
@@ -71,6 +77,49 @@ TEST(NativeOlder, Version101RoundTripKeepsDataAndParameters) {
   EXPECT_EQ(b.X_Left, s.X_Left);
   EXPECT_EQ(b.Insets, s.Insets);
   EXPECT_EQ(b.Texts, s.Texts);
+
+  // Overlays: the pair at 434 leads to the table; slot 2's record holds
+  // 16 points and the ppm step of 1/128, slot 5 a step of -0.5.
+  const int32_t table = datafiles::Decode_LE_Int32(f, 434);
+  ASSERT_GT(table, 0);
+  EXPECT_EQ(table % 16, 0);
+  EXPECT_EQ(datafiles::Decode_LE_Float32(f, static_cast<size_t>(table)), 0.25f);
+  const int32_t rec2 = datafiles::Decode_LE_Int32(f, static_cast<size_t>(table) + 4 + 8);
+  ASSERT_GT(rec2, table);
+  EXPECT_EQ(datafiles::Decode_LE_Int32(f, static_cast<size_t>(rec2) + 8), 16);
+  EXPECT_EQ(datafiles::Decode_LE_Float64(f, static_cast<size_t>(rec2) + 12), 1.0 / 128);
+  EXPECT_EQ(datafiles::Decode_LE_Int32(f, static_cast<size_t>(table) + 4 + 4), 0);  // slot 1 empty
+  EXPECT_EQ(b.Overlay_Shift, 0.25f);
+  const Overlay_Slot& o = b.Overlay[2];
+  ASSERT_EQ(o.Slot_Points, 16);
+  ASSERT_EQ(o.Slot_X.size(), 16u);
+  for (int i = 0; i < 16; ++i) {
+    EXPECT_EQ(o.Slot_X[static_cast<size_t>(i)], -1.0f + static_cast<float>(i) / 128.0f) << i;
+    EXPECT_EQ(o.Slot_Y[static_cast<size_t>(i)], static_cast<float>(i * i)) << i;
+  }
+  EXPECT_EQ(o.Slot_Y_Mag, 1.25f);
+  EXPECT_EQ(o.Slot_Y_Offset, 0.2f);
+  EXPECT_EQ(o.Slot_Colour, 0xFF00FF);
+  EXPECT_EQ(o.Slot_Show, 1);
+  EXPECT_EQ(o.Slot_File, "/data/other.tv1");
+  EXPECT_EQ(o.Slot_Comment, "重ね書き");
+  const Overlay_Slot& o5 = b.Overlay[5];
+  EXPECT_EQ(o5.Slot_X, (std::vector<float>{12.0f, 11.5f, 11.0f, 10.5f, 10.0f}));
+  EXPECT_EQ(o5.Slot_Y, (std::vector<float>{1, -2, 3, -4, 5}));
+  EXPECT_EQ(o5.Slot_Colour, 0x0000FF);
+  EXPECT_EQ(o5.Slot_File, "No File Name");
+  for (int n : {1, 3, 4, 6}) EXPECT_EQ(b.Overlay[static_cast<size_t>(n)].Slot_Points, 0) << n;
+
+  // The overlay mode that keeps the slots leaves them as they were.
+  Session kept;
+  platform::Scripted_Ui ui_k;
+  test::Quiet_Session(kept, ui_k);
+  kept.Overlay_Read_Mode = 3;
+  kept.Overlay[2].Slot_Points = 3;
+  ASSERT_EQ(datafiles::Read_Older_Native(kept, path), 0);
+  EXPECT_EQ(kept.Overlay[2].Slot_Points, 3);
+  EXPECT_EQ(kept.Overlay[5].Slot_Points, 0);
+  EXPECT_EQ(kept.Overlay_Shift, 0.0f);
 
   // Damage: a row count the file cannot hold, and cuts through the head,
   // the parameters and the data, each fail with a status and never crash.
