@@ -121,6 +121,21 @@ TEST(NativeOlder, Version101RoundTripKeepsDataAndParameters) {
   EXPECT_EQ(kept.Overlay[5].Slot_Points, 0);
   EXPECT_EQ(kept.Overlay_Shift, 0.0f);
 
+  // A slot whose point count is out of range and one whose record lies
+  // past the end of the file are dropped; the rest of the file still reads.
+  std::vector<uint8_t> ov = f;
+  datafiles::Put_LE_Int32(ov, static_cast<size_t>(rec2) + 8, Fft_Table_Size_Max + 1);
+  datafiles::Put_LE_Int32(ov, static_cast<size_t>(table) + 4 + 4 * 5, static_cast<int32_t>(ov.size()));
+  test::Write_Bytes(path, ov);
+  Session ovb;
+  platform::Scripted_Ui ui_o;
+  test::Quiet_Session(ovb, ui_o);
+  ASSERT_EQ(datafiles::Read_Older_Native(ovb, path), 0);
+  EXPECT_TRUE(ui_o.shown.empty());
+  EXPECT_EQ(ovb.Overlay[2].Slot_Points, 0);
+  EXPECT_EQ(ovb.Overlay[5].Slot_Points, 0);
+  EXPECT_EQ(ovb.Peaks, s.Peaks);
+
   // Damage: a row count the file cannot hold, and cuts through the head,
   // the parameters and the data, each fail with a status and never crash.
   std::vector<uint8_t> bad = f;
