@@ -1,6 +1,8 @@
 #include "main_window.h"
 
 #include <QAction>
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <QApplication>
 #include <QCloseEvent>
@@ -20,6 +22,7 @@
 
 #include "basic_toolbar.h"
 #include "datafiles/open_file.h"
+#include "display/view_commands.h"
 #include "editing/mirror.h"
 #include "editing/reference.h"
 #include "fid_window.h"
@@ -45,6 +48,16 @@ namespace {
 int Save_Older(Session& s, const std::string& path) { return datafiles::m13_Click(s, path); }
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
+
+// The view's thumb value (0 .. Scroll_Thumb_Max) on a bar running 0 .. maximum,
+// and back. A bar without room (maximum 0) sits at the start.
+int Bar_From_Thumb(int thumb, int maximum) {
+  return static_cast<int>(std::lround(static_cast<double>(thumb) * maximum / display::Scroll_Thumb_Max));
+}
+int Thumb_From_Bar(int value, int maximum) {
+  if (maximum <= 0) return 0;
+  return static_cast<int>(std::lround(static_cast<double>(value) * display::Scroll_Thumb_Max / maximum));
+}
 }  // namespace
 
 Main_Window::Main_Window(Session& session, QWidget* parent)
@@ -62,10 +75,9 @@ Main_Window::Main_Window(Session& session, QWidget* parent)
   plot_ = new Plot_Widget(session_, central);
   scroll_ = new QScrollBar(Qt::Horizontal, central);
   scroll_->setObjectName("FlatScrollBar_H");
-  scroll_->setRange(0, 10000);
   connect(scroll_, &QScrollBar::valueChanged, this, [this](int value) {
     if (setting_scroll_) return;  // the view itself moved the bar
-    display::Scroll_To_View(session_, value);
+    display::Scroll_To_View(session_, Thumb_From_Bar(value, scroll_->maximum()));
     Refresh_View();
   });
   connect(plot_, &Plot_Widget::view_changed, this, &Main_Window::Refresh_View);
@@ -180,10 +192,15 @@ void Main_Window::Refresh_View() {
   basic_->Refresh();
   const display::Scroll_State bar = display::Scroll_From_View(session_);
   setting_scroll_ = true;
+  // The thumb is the shown share of the spectrum: Qt draws it as
+  // pageStep / (maximum + pageStep), so the bar runs over 0 .. 10000 minus the
+  // page and the view's thumb value 0 .. 10000 is scaled onto that.
+  const int maximum = std::max(display::Scroll_Thumb_Max - bar.large_change, 0);
   scroll_->setEnabled(bar.enabled);
+  scroll_->setRange(0, maximum);
   scroll_->setPageStep(bar.large_change);
   scroll_->setSingleStep(bar.small_change);
-  scroll_->setValue(bar.value);
+  scroll_->setValue(Bar_From_Thumb(bar.value, maximum));
   setting_scroll_ = false;
   plot_->update();
 }

@@ -92,6 +92,8 @@ Typed_Result Type_X_Mag(Session& s, const std::string& text);  // BasicText3
 
 // ---- scroll bar (thumb 0 .. 10000) ----
 
+inline constexpr int Scroll_Thumb_Max = 10000;
+
 struct Scroll_State {
   bool enabled = false;
   int value = 0;

@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QListWidget>
 #include <QLineEdit>
 #include <QTimer>
@@ -132,6 +133,54 @@ TEST(MainWindow, UserWindowNamesTheSettingsFileOrEndsTheStart) {
     for (const auto& e : std::filesystem::directory_iterator(home.path()))
       EXPECT_NE(e.path().extension(), ".wkf") << e.path();
   }
+}
+
+// The horizontal bar's thumb is the shown share of the spectrum, and moving
+// it keeps the window's width: a page is one window.
+TEST(MainWindow, ScrollBarThumbIsTheShownShareAndPagesByOneWindow) {
+  App();
+  tevo::Session session;
+  constexpr int n = 1024;
+  tevo::Alloc_Point_Arrays(session, n);
+  session.Spec_Points = n;
+  session.Is_Spectrum = 1;
+  session.Spectrum_Frequency = 400;
+  session.Param.FREQU = 4096;
+  session.Param.RESOL = 4;
+  for (int i = 0; i < n; ++i) session.Spec_Axis[static_cast<std::size_t>(i)] = static_cast<float>((i - 512) * 0.01);
+  const double first = session.Spec_Axis[0], last = session.Spec_Axis[n - 1], S = last - first;
+  session.X_Left = static_cast<float>(last);
+  session.X_Right = static_cast<float>(first);
+  tevo::app::Main_Window window(session);
+  window.Refresh_View();
+  auto* bar = window.findChild<QScrollBar*>("FlatScrollBar_H");
+  ASSERT_NE(bar, nullptr);
+  const auto thumb_share = [bar] {
+    return static_cast<double>(bar->pageStep()) / (bar->maximum() - bar->minimum() + bar->pageStep());
+  };
+  // The whole spectrum: the thumb fills the bar, which is off.
+  EXPECT_DOUBLE_EQ(thumb_share(), 1.0);
+  EXPECT_FALSE(bar->isEnabled());
+
+  // A quarter of the spectrum at its high end: a quarter thumb at the start.
+  const double w = S / 4;
+  session.X_Right = static_cast<float>(last - w);
+  window.Refresh_View();
+  EXPECT_TRUE(bar->isEnabled());
+  EXPECT_NEAR(thumb_share(), 0.25, 1e-3);
+  EXPECT_EQ(bar->value(), bar->minimum());
+
+  // One page moves the window by its own width.
+  bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
+  EXPECT_NEAR(session.X_Left, last - w, 2e-3);
+  EXPECT_NEAR(session.X_Left - session.X_Right, w, 1e-3);
+  // Half way along, and at the end the window reaches the low limit.
+  bar->setValue(bar->maximum() / 2);
+  EXPECT_NEAR(session.X_Left, last - 0.5 * (S - w), 2e-3);
+  bar->setValue(bar->maximum());
+  EXPECT_NEAR(session.X_Right, first, 1e-3);
+  EXPECT_NEAR(session.X_Left - session.X_Right, w, 1e-3);
+  EXPECT_EQ(bar->value(), bar->maximum());  // the repaint put the bar back where it was dragged
 }
 
 }  // namespace
