@@ -68,16 +68,10 @@ void Draw_Axis_X(Session& s, platform::Surface& surf, double left, double right,
       surf.Line_To(px, major_end);
       const std::string label = Tick_Label_Text(v, left, right, step, font.Charset);
       const Label_Size size = Measure_Label(surf, label, font, pixel_per_point);
-      // A number centred on a tick near the frame edge would stick out and be
-      // cut by the neighbouring area; the tick keeps its place, the number is
-      // left out unless it fits between x0 and x1.
-      const int label_x = px - size.width / 2;
-      if (Inside(label_x, x0, x1) && Inside(label_x + size.width, x0, x1)) {
-        Draw_Label(surf, label_x, major_end, label, font, colour, pixel_per_point);
-        surf.Set_Pen(platform::Pen_Style::Solid,
-                     Round_Pixel(Setting_Num(s, "DISP AXIS WIDTH", 1)), colour);
-        bottom = major_end + size.height;
-      }
+      Draw_Label(surf, px - size.width / 2, major_end, label, font, colour, pixel_per_point);
+      surf.Set_Pen(platform::Pen_Style::Solid, Round_Pixel(Setting_Num(s, "DISP AXIS WIDTH", 1)),
+                   colour);
+      bottom = major_end + size.height;
     }
     if (plan.minor == 0) continue;
     for (int k = 1; k < 1000; ++k) {
