@@ -35,36 +35,36 @@ QStyle::StandardPixmap Icon_Pixmap(int icon) {
 
 }  // namespace
 
-FormMsg::FormMsg(const platform::Message_Box_Spec& spec, QWidget* parent) : QDialog(parent), spec_(spec) {
+FormMsg::FormMsg(const platform::Message_Box_Request& box, QWidget* parent) : QDialog(parent), box_(box) {
   setObjectName("FormMsg");
-  setWindowTitle(Q(spec.title));
+  setWindowTitle(Q(box.title));
   QFont font(QStringLiteral("IPAPGothic"));
   font.setPointSize(10);
   setFont(font);
   auto* outer = new QVBoxLayout(this);
   auto* top = new QHBoxLayout;
-  if (spec.icon != 0) {
+  if (box.icon != 0) {
     auto* icon = new QLabel(this);
     icon->setObjectName("Image1");
-    icon->setPixmap(style()->standardIcon(Icon_Pixmap(spec.icon)).pixmap(32, 32));
+    icon->setPixmap(style()->standardIcon(Icon_Pixmap(box.icon)).pixmap(32, 32));
     top->addWidget(icon, 0, Qt::AlignTop);
   }
-  auto* label = new QLabel(Q(spec.text), this);
+  auto* label = new QLabel(Q(box.text), this);
   label->setObjectName("Label1");
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   top->addWidget(label, 1);
   outer->addLayout(top);
   auto* row = new QHBoxLayout;
   row->addStretch();
-  for (std::size_t i = 0; i < spec.buttons.size(); ++i) {
-    auto* b = new QPushButton(Q(spec.buttons[i]), this);
+  for (std::size_t i = 0; i < box.buttons.size(); ++i) {
+    auto* b = new QPushButton(Q(box.buttons[i]), this);
     b->setObjectName(QStringLiteral("Command%1").arg(i + 1));
     const int index = static_cast<int>(i) + 1;
     connect(b, &QPushButton::clicked, this, [this, index] {
       pressed_ = index;
       accept();
     });
-    if (index == spec.default_button) {
+    if (index == box.default_button) {
       b->setDefault(true);
       b->setFocus();
     }
@@ -77,9 +77,9 @@ FormMsg::FormMsg(const platform::Message_Box_Spec& spec, QWidget* parent) : QDia
 void FormMsg::keyPressEvent(QKeyEvent* event) {
   const QString text = event->text();
   if (text.size() == 1) {
-    if (auto r = Message_Key_Result(spec_.style, text[0].toLatin1())) {
+    if (auto r = Message_Key_Result(box_.style, text[0].toLatin1())) {
       for (int b = 1; b <= 3; ++b)
-        if (Message_Button_Result(spec_.style, b) == *r) {
+        if (Message_Button_Result(box_.style, b) == *r) {
           pressed_ = b;
           accept();
           return;
@@ -89,10 +89,10 @@ void FormMsg::keyPressEvent(QKeyEvent* event) {
   QDialog::keyPressEvent(event);
 }
 
-int Qt_Ui::Message_Box(const platform::Message_Box_Spec& spec) {
-  FormMsg box(spec, parent_);
-  box.exec();
-  return box.pressed();
+int Qt_Ui::Message_Box(const platform::Message_Box_Request& box) {
+  FormMsg form(box, parent_);
+  form.exec();
+  return form.pressed();
 }
 
 void Qt_Ui::Beep() { QApplication::beep(); }

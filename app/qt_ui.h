@@ -15,14 +15,14 @@ namespace tevo::app {
 class FormMsg : public QDialog {
   Q_OBJECT
  public:
-  FormMsg(const platform::Message_Box_Spec& spec, QWidget* parent);
+  FormMsg(const platform::Message_Box_Request& box, QWidget* parent);
   int pressed() const { return pressed_; }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  platform::Message_Box_Spec spec_;
+  platform::Message_Box_Request box_;
   int pressed_ = 0;
 };
 
@@ -34,7 +34,7 @@ class Qt_Ui : public platform::Ui {
   // ID entry); without it they are plain text questions.
   void Set_Session(Session* session) { session_ = session; }
 
-  int Message_Box(const platform::Message_Box_Spec& spec) override;
+  int Message_Box(const platform::Message_Box_Request& box) override;
   void Beep() override;
   void Wait_Cursor(bool on) override;
   void Do_Events() override;

@@ -345,11 +345,11 @@ class Reader {
     s_.Spec_Points = n;
     if (!a.present) return;
     size_t at = a.off;
-    for (auto [spec, ft] : {std::pair{&s_.Spec_Re, &s_.Ft_Re}, std::pair{&s_.Spec_Im, &s_.Ft_Im}})
+    for (auto [shown, ft] : {std::pair{&s_.Spec_Re, &s_.Ft_Re}, std::pair{&s_.Spec_Im, &s_.Ft_Im}})
       for (int32_t r = 0; r < rows; ++r)
         for (int32_t i = 0; i < n; ++i, at += 4) {
           const float v = Decode_LE_Float32(r_.bytes, at);
-          (*spec)(static_cast<size_t>(i), static_cast<size_t>(r)) = v;
+          (*shown)(static_cast<size_t>(i), static_cast<size_t>(r)) = v;
           (*ft)(static_cast<size_t>(i), static_cast<size_t>(r)) = v;
         }
     s_.Is_Spectrum = 1;

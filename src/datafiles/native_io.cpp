@@ -96,7 +96,7 @@ namespace {
 
 // Values of the parameter section that live beside Data_Param.
 struct Param_Extras {
-  double obs = 0, spec = 400;
+  double obs = 0, zero_ppm = 400;
   float max_abs = 0.1f, y_mag = 0.95f, y_offset = 0, fid_scale = 1;
   int32_t rows = 1;
   std::string array_name, array_unit;
@@ -158,7 +158,7 @@ void Param_Fields(V& v, Data_Param& p, Param_Extras& x) {
   v.F32(928, p.SMTMS);
   v.F32(932, p.SMEXR);
   v.F64(976, x.obs);
-  v.F64(984, x.spec);
+  v.F64(984, x.zero_ppm);
   v.F64(1072, p.Irr_Frequency);
   v.F32(1104, x.max_abs);
   v.I32(1108, x.rows);
@@ -198,7 +198,7 @@ void Write_Param_Section(Image_Writer& w, const Session& s, const Param_Layout& 
   Data_Param p = s.Param;
   Param_Extras x;
   x.obs = s.Observe_Frequency;
-  x.spec = s.Spectrum_Frequency;
+  x.zero_ppm = s.Spectrum_Frequency;
   x.max_abs = s.Max_Abs;
   x.y_mag = s.Y_Mag;
   x.y_offset = s.Y_Offset;
@@ -240,7 +240,7 @@ void Read_Param_Section(const Image_Reader& r, Session& s, const Param_Layout& a
   s.Param.Pulse90 = r.F32(at.At(896));
   s.Param.SMODE = r.I16(at.At(912));
   s.Observe_Frequency = x.obs;
-  s.Spectrum_Frequency = x.spec;
+  s.Spectrum_Frequency = x.zero_ppm;
   s.Max_Abs = x.max_abs;
   s.Y_Mag = x.y_mag;
   s.Y_Offset = x.y_offset;

@@ -250,11 +250,11 @@ int Read_Older(Session& s, const std::vector<uint8_t>& bytes) {
   s.Spec_Points = point;
   if (data > 0) {
     size_t at = static_cast<size_t>(data);
-    for (auto [spec, ft] : {std::pair{&s.Spec_Re, &s.Ft_Re}, std::pair{&s.Spec_Im, &s.Ft_Im}})
+    for (auto [shown, ft] : {std::pair{&s.Spec_Re, &s.Ft_Re}, std::pair{&s.Spec_Im, &s.Ft_Im}})
       for (int32_t row = 0; row < rows; ++row)
         for (int32_t i = 0; i < point; ++i, at += 4) {
           const float val = r.F32(at);
-          (*spec)(static_cast<size_t>(i), static_cast<size_t>(row)) = val;
+          (*shown)(static_cast<size_t>(i), static_cast<size_t>(row)) = val;
           (*ft)(static_cast<size_t>(i), static_cast<size_t>(row)) = val;
         }
     s.Is_Spectrum = 1;

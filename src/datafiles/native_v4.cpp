@@ -131,11 +131,11 @@ class V4_Reader {
     into.Spec_Points = point;
     if (data.present) {
       size_t at = data.off + Sub_Head;
-      for (auto [spec, ft] : {std::pair{&into.Spec_Re, &into.Ft_Re}, std::pair{&into.Spec_Im, &into.Ft_Im}})
+      for (auto [shown, ft] : {std::pair{&into.Spec_Re, &into.Ft_Re}, std::pair{&into.Spec_Im, &into.Ft_Im}})
         for (int32_t row = 0; row < into.Array_Rows; ++row)
           for (int32_t i = 0; i < point; ++i, at += 4) {
             const float v = r_.F32(at);
-            (*spec)(static_cast<size_t>(i), static_cast<size_t>(row)) = v;
+            (*shown)(static_cast<size_t>(i), static_cast<size_t>(row)) = v;
             (*ft)(static_cast<size_t>(i), static_cast<size_t>(row)) = v;
           }
       into.Is_Spectrum = 1;

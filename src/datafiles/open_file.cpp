@@ -226,7 +226,7 @@ int NM1D_m11_Click(Session& s, const Open_Request& request) {
 
   if (s.Data_Saved != 1) {
     s.ui->Beep();
-    platform::Message_Box_Spec box;
+    platform::Message_Box_Request box;
     box.title = "注意！";
     box.text = "データは変更されています";
     box.style = Style_Yes_No_Cancel | Icon_Exclamation;

@@ -4,15 +4,15 @@
 
 namespace tevo::platform {
 
-int Scripted_Ui::Message_Box(const Message_Box_Spec& spec) {
-  shown.push_back(spec);
-  if (!quiet) std::fprintf(stderr, "%s: %s\n", spec.title.c_str(), spec.text.c_str());
+int Scripted_Ui::Message_Box(const Message_Box_Request& box) {
+  shown.push_back(box);
+  if (!quiet) std::fprintf(stderr, "%s: %s\n", box.title.c_str(), box.text.c_str());
   if (!button_answers.empty()) {
     int b = button_answers.front();
     button_answers.pop_front();
     return b;
   }
-  return spec.default_button;
+  return box.default_button;
 }
 
 std::optional<File_Answer> Scripted_Ui::Open_File(const File_Request& request) {

@@ -13,7 +13,7 @@
 namespace tevo::platform {
 
 // What the one message window shows; the core decodes the style into this.
-struct Message_Box_Spec {
+struct Message_Box_Request {
   std::string title;  // already defaulted ("メッセージ" when empty)
   std::string text;
   int style = 0;  // the style word it was built from
@@ -41,7 +41,7 @@ class Ui {
   virtual ~Ui() = default;
   // Shows the message window modally; returns the 1-based button pressed,
   // or 0 when the window was closed another way.
-  virtual int Message_Box(const Message_Box_Spec& spec) = 0;
+  virtual int Message_Box(const Message_Box_Request& box) = 0;
   virtual void Beep() {}
   // The hourglass while long work runs.
   virtual void Wait_Cursor(bool /*on*/) {}
@@ -69,7 +69,7 @@ class Ui {
 // option, the initial text, and no file. Messages go to stderr unless quiet.
 class Scripted_Ui : public Ui {
  public:
-  int Message_Box(const Message_Box_Spec& spec) override;
+  int Message_Box(const Message_Box_Request& box) override;
   std::optional<File_Answer> Open_File(const File_Request& request) override;
   std::optional<File_Answer> Save_File(const File_Request& request) override;
   int Choose(const std::string& title, const std::string& prompt,
@@ -81,7 +81,7 @@ class Scripted_Ui : public Ui {
   std::deque<std::optional<File_Answer>> file_answers;
   std::deque<int> choice_answers;
   std::deque<std::optional<std::string>> text_answers;
-  std::vector<Message_Box_Spec> shown;  // every message box, in order
+  std::vector<Message_Box_Request> shown;  // every message box, in order
   std::vector<File_Request> file_requests;  // every file dialog asked for, in order
   bool quiet = false;
 };

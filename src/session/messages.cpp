@@ -23,23 +23,23 @@ const std::vector<std::string>& Captions(int kind) {
 
 }  // namespace
 
-platform::Message_Box_Spec Message_Layout(const std::string& text, int32_t style,
+platform::Message_Box_Request Message_Layout(const std::string& text, int32_t style,
                                           const std::string& title) {
-  platform::Message_Box_Spec spec;
-  spec.title = title.empty() ? "メッセージ" : title;
-  spec.text = text;
-  spec.style = style;
+  platform::Message_Box_Request box;
+  box.title = title.empty() ? "メッセージ" : title;
+  box.text = text;
+  box.style = style;
   const int kind = style & 15;
-  spec.buttons = Captions(kind);
+  box.buttons = Captions(kind);
   // Icon: (style / 16) mod 4 gives 1..3; the value 64 alone gives 4.
   const int icon_bits = (style / 16) % 8;
-  spec.icon = icon_bits % 4 != 0 ? icon_bits % 4 : (icon_bits == 4 ? 4 : 0);
+  box.icon = icon_bits % 4 != 0 ? icon_bits % 4 : (icon_bits == 4 ? 4 : 0);
   // Default button: style / 256 picks Command1..3, where the style has it.
   const int def = (style / 256) % 4;
-  spec.default_button = 1;
-  if (def == 1 && kind >= 1 && kind <= 5) spec.default_button = 2;
-  if (def == 2 && (kind == 2 || kind == 3)) spec.default_button = 3;
-  return spec;
+  box.default_button = 1;
+  if (def == 1 && kind >= 1 && kind <= 5) box.default_button = 2;
+  if (def == 2 && (kind == 2 || kind == 3)) box.default_button = 3;
+  return box;
 }
 
 int16_t Message_Button_Result(int32_t style, int button) {

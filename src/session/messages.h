@@ -29,7 +29,7 @@ inline constexpr int32_t Icon_Critical = 16, Icon_Question = 32, Icon_Exclamatio
 inline constexpr int32_t Default_Button2 = 256, Default_Button3 = 512;
 
 // What the window shows for a style: captions, icon and default button.
-platform::Message_Box_Spec Message_Layout(const std::string& text, int32_t style,
+platform::Message_Box_Request Message_Layout(const std::string& text, int32_t style,
                                           const std::string& title);
 
 // Result code of button 1..3 under a style; 0 for any other.

@@ -389,7 +389,7 @@ void Finish_Session(Session& s) {
 bool m19_Click(Session& s, const std::function<bool(Session&)>& save_as) {
   if (!Confirm_Mode_Exit(s)) return false;
   if (s.Spec_Points > 0 || s.Fid_Points > 0) {
-    platform::Message_Box_Spec box;
+    platform::Message_Box_Request box;
     box.title = "1D NMRの終了";
     box.text = "終了前にデータを";
     box.buttons = {"保存しない", "保存する", "終了をｷｬﾝｾﾙ"};

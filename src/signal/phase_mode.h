@@ -69,11 +69,11 @@ void Phase_Auto_Main(Session& s, int mode);
 // Tool button 6: the current row returns to Phase0/Phase1 and is applied.
 void Phase_Reset_Row(Session& s);
 
-// "確定": the rotated spectrum becomes the transformed one (Ft = Spec, all
+// "確定": the rotated spectrum becomes the transformed one (Ft_* = Spec_*, all
 // rows), Phase0 = Phase1 = 0, the mode ends and the zoom history is cleared.
 void PhaseCommand1_Click(Session& s);
 
-// "ｷｬﾝｾﾙ": Spec = Ft for all rows, display rebuilt, the mode ends.
+// "ｷｬﾝｾﾙ": Spec_* = Ft_* for all rows, display rebuilt, the mode ends.
 void PhaseCommand2_Click(Session& s);
 
 // "Powerスペクトル表示": toggles the magnitude display and rebuilds every

@@ -155,24 +155,24 @@ TEST(Bruker, ModernQuadratureDataNeedNoOddPointNegation) {
   // the ten strongest peaks of the vendor's own 1r within two points at full
   // height. Negating every odd real point halves them (half of each line
   // moves half a sweep width away), so the reader negates nothing.
-  Quiet_Session fid, spec;
+  Quiet_Session fid, vendor;
   ASSERT_EQ(Read_Bruker_Fid(fid.s, Bruker("cyclosporin_1h/cyclosporin_1h/1")), 0);
-  ASSERT_EQ(Read_Bruker_Spectrum(spec.s, Bruker("cyclosporin_1h/cyclosporin_1h/1/pdata/1/1r")), 0);
+  ASSERT_EQ(Read_Bruker_Spectrum(vendor.s, Bruker("cyclosporin_1h/cyclosporin_1h/1/pdata/1/1r")), 0);
   ASSERT_EQ(fid.s.Acq_Mode, 2);
   const std::vector<double> plain = Magnitude_Spectrum(fid.s, false);
   const std::vector<double> negated = Magnitude_Spectrum(fid.s, true);
-  const int32_t n = fid.s.Spec_Points, m = spec.s.Spec_Points;
+  const int32_t n = fid.s.Spec_Points, m = vendor.s.Spec_Points;
   std::vector<int32_t> tops;
   for (int32_t i = 1; i + 1 < m; ++i)
-    if (spec.s.Spec_Re(i) > spec.s.Spec_Re(i - 1) && spec.s.Spec_Re(i) >= spec.s.Spec_Re(i + 1))
+    if (vendor.s.Spec_Re(i) > vendor.s.Spec_Re(i - 1) && vendor.s.Spec_Re(i) >= vendor.s.Spec_Re(i + 1))
       tops.push_back(i);
   std::partial_sort(tops.begin(), tops.begin() + 10, tops.end(),
-                    [&](int32_t a, int32_t b) { return spec.s.Spec_Re(a) > spec.s.Spec_Re(b); });
+                    [&](int32_t a, int32_t b) { return vendor.s.Spec_Re(a) > vendor.s.Spec_Re(b); });
   const double hz_per_point = fid.s.Param.FREQU / n;
   for (int k = 0; k < 10; ++k) {
     // Absolute frequency of the vendor's peak, then the FID spectrum's point
     // of that frequency (zero offset from SFO1 sits at n/2 - 1).
-    const double hz = spec.s.Spectrum_Frequency * 1e6 * (1 + spec.s.Spec_Axis[tops[k]] * 1e-6);
+    const double hz = vendor.s.Spectrum_Frequency * 1e6 * (1 + vendor.s.Spec_Axis[tops[k]] * 1e-6);
     const double at = (hz - fid.s.Observe_Frequency * 1e6) / hz_per_point + (n / 2 - 1);
     const auto j = static_cast<int32_t>(std::lround(at));
     int32_t best = j;
