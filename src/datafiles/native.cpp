@@ -143,12 +143,7 @@ class Writer {
     const int32_t n = s_.Spec_Points, rows = std::max(s_.Array_Rows, 1);
     if (n <= 0 || s_.Spec_Re.Empty()) return;
     const size_t count = static_cast<size_t>(n) * static_cast<size_t>(rows);
-    size_t at = Head_Size;
-    w_.Reach(at + count * 8);
-    for (const Point_Array* a : {&s_.Spec_Re, &s_.Spec_Im})
-      for (int32_t r = 0; r < rows; ++r)
-        for (int32_t i = 0; i < n; ++i, at += 4)
-          Put_LE_Float32(w_.bytes, at, a->Empty() ? 0.0f : (*a)(static_cast<size_t>(i), static_cast<size_t>(r)));
+    native_io::Write_Data_Block(w_, Head_Size, s_, n, rows);
     Pair(E_Data, Head_Size, count * 8);
   }
 
@@ -344,16 +339,7 @@ class Reader {
     Alloc_Point_Arrays(s_, n);
     s_.Spec_Points = n;
     if (!a.present) return;
-    size_t at = a.off;
-    for (auto [shown, ft] : {std::pair{&s_.Spec_Re, &s_.Ft_Re}, std::pair{&s_.Spec_Im, &s_.Ft_Im}})
-      for (int32_t r = 0; r < rows; ++r)
-        for (int32_t i = 0; i < n; ++i, at += 4) {
-          const float v = Decode_LE_Float32(r_.bytes, at);
-          (*shown)(static_cast<size_t>(i), static_cast<size_t>(r)) = v;
-          (*ft)(static_cast<size_t>(i), static_cast<size_t>(r)) = v;
-        }
-    s_.Is_Spectrum = 1;
-    s_.Is_Fid = 0;
+    native_io::Read_Data_Block(r_, a.off, s_, n, rows);
   }
 
   void Lists() {

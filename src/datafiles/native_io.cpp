@@ -257,6 +257,26 @@ void Read_Param_Section(const Image_Reader& r, Session& s, const Param_Layout& a
     s.settings.Set("CENTRE REF", static_cast<double>(r.F32(at.At(1144))));
 }
 
+void Write_Data_Block(Image_Writer& w, size_t at, const Session& s, int32_t points, int32_t rows) {
+  w.Reach(at + 8 * static_cast<size_t>(points) * static_cast<size_t>(rows));
+  for (const Point_Array* a : {&s.Spec_Re, &s.Spec_Im})
+    for (int32_t r = 0; r < rows; ++r)
+      for (int32_t i = 0; i < points; ++i, at += 4)
+        w.F32(at, a->Empty() ? 0.0f : (*a)(static_cast<size_t>(i), static_cast<size_t>(r)));
+}
+
+void Read_Data_Block(const Image_Reader& r, size_t at, Session& s, int32_t points, int32_t rows) {
+  for (auto [shown, ft] : {std::pair{&s.Spec_Re, &s.Ft_Re}, std::pair{&s.Spec_Im, &s.Ft_Im}})
+    for (int32_t row = 0; row < rows; ++row)
+      for (int32_t i = 0; i < points; ++i, at += 4) {
+        const float v = r.F32(at);
+        (*shown)(static_cast<size_t>(i), static_cast<size_t>(row)) = v;
+        (*ft)(static_cast<size_t>(i), static_cast<size_t>(row)) = v;
+      }
+  s.Is_Spectrum = 1;
+  s.Is_Fid = 0;
+}
+
 void Finish_Param_Read(Session& s) {
   Data_Param& p = s.Param;
   if (p.POINT > 0) p.RESOL = static_cast<float>(static_cast<double>(p.FREQU) / p.POINT);

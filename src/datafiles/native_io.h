@@ -70,6 +70,15 @@ class Image_Reader {
   std::vector<uint8_t> Raw(size_t off, size_t n) const;  // clipped to the image
 };
 
+// ---- data block ----
+// The points every native format stores alike: all rows of Spec_Re, then
+// all rows of Spec_Im, real32 little-endian, the point running fastest;
+// 8 x points x rows bytes from `at`. An empty array writes zeros.
+void Write_Data_Block(Image_Writer& w, size_t at, const Session& s, int32_t points, int32_t rows);
+// Reads such a block into Spec_* and Ft_* (sized by the caller) and marks
+// the session as holding a spectrum.
+void Read_Data_Block(const Image_Reader& r, size_t at, Session& s, int32_t points, int32_t rows);
+
 // ---- parameter block ----
 // The position of each field of the main format's parameter section; the
 // version-4 format stores the same fields shifted, which `shift` gives.

@@ -161,12 +161,7 @@ int Write_Older_Native(Session& s, const std::string& path) {
     w.I32(dir + 4, static_cast<int32_t>(Param_Block_Size));
     const size_t data = w.Next_Section();
     const size_t count = static_cast<size_t>(n) * static_cast<size_t>(rows);
-    w.Reach(data + 8 * count);
-    size_t at = data;
-    for (const Point_Array* a : {&s.Spec_Re, &s.Spec_Im})
-      for (int32_t r = 0; r < rows; ++r)
-        for (int32_t i = 0; i < n; ++i, at += 4)
-          w.F32(at, a->Empty() ? 0.0f : (*a)(static_cast<size_t>(i), static_cast<size_t>(r)));
+    native_io::Write_Data_Block(w, data, s, n, rows);
     w.I32(dir + 8, static_cast<int32_t>(data));
     w.I32(dir + 12, static_cast<int32_t>(8 * count));
     auto pair = [&](size_t head, size_t off, size_t size) {
@@ -248,18 +243,7 @@ int Read_Older(Session& s, const std::vector<uint8_t>& bytes) {
   if (data > 0 && !r.Has(static_cast<size_t>(data), 8 * count)) return -1;
   Alloc_Point_Arrays(s, point);
   s.Spec_Points = point;
-  if (data > 0) {
-    size_t at = static_cast<size_t>(data);
-    for (auto [shown, ft] : {std::pair{&s.Spec_Re, &s.Ft_Re}, std::pair{&s.Spec_Im, &s.Ft_Im}})
-      for (int32_t row = 0; row < rows; ++row)
-        for (int32_t i = 0; i < point; ++i, at += 4) {
-          const float val = r.F32(at);
-          (*shown)(static_cast<size_t>(i), static_cast<size_t>(row)) = val;
-          (*ft)(static_cast<size_t>(i), static_cast<size_t>(row)) = val;
-        }
-    s.Is_Spectrum = 1;
-    s.Is_Fid = 0;
-  }
+  if (data > 0) native_io::Read_Data_Block(r, static_cast<size_t>(data), s, point, rows);
   native_io::Finish_Param_Read(s);
   s.Param.SMODE = 1;
 

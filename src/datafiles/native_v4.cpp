@@ -129,18 +129,7 @@ class V4_Reader {
     if (data.present && data.size < Sub_Head + 8 * count) return 1;
     Alloc_Point_Arrays(into, point);
     into.Spec_Points = point;
-    if (data.present) {
-      size_t at = data.off + Sub_Head;
-      for (auto [shown, ft] : {std::pair{&into.Spec_Re, &into.Ft_Re}, std::pair{&into.Spec_Im, &into.Ft_Im}})
-        for (int32_t row = 0; row < into.Array_Rows; ++row)
-          for (int32_t i = 0; i < point; ++i, at += 4) {
-            const float v = r_.F32(at);
-            (*shown)(static_cast<size_t>(i), static_cast<size_t>(row)) = v;
-            (*ft)(static_cast<size_t>(i), static_cast<size_t>(row)) = v;
-          }
-      into.Is_Spectrum = 1;
-      into.Is_Fid = 0;
-    }
+    if (data.present) native_io::Read_Data_Block(r_, data.off + Sub_Head, into, point, into.Array_Rows);
     native_io::Finish_Param_Read(into);
     into.Param.SMODE = 1;
     if (const Span c = Sub_Pair(set, Sub_Comment); c.present && c.size > Sub_Head)
