@@ -1,8 +1,7 @@
-// The hot paths of processing at the largest size, 524288 points: the
-// transform on the sine table, the table phase rotation, the display copy,
-// and one interactive phase step (rotation of one row plus its display
-// copy). FFTW's single-precision plan of the same size runs beside them, so
-// the ratio reads from one run.
+// The transform at the largest size, 524288 points, on the sine table, with
+// FFTW's single-precision plan of the same size beside it, so the ratio reads
+// from one run. Phase rotation and the interactive step are in phase_bench,
+// the display copy in display_bench.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -47,43 +46,6 @@ void BM_Transform_Preview(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_Transform_Preview)->Unit(benchmark::kMillisecond);
-
-void BM_Phase_Table(benchmark::State& state) {
-  tevo::Session s;
-  Fill(s);
-  float p0 = 0;
-  for (auto _ : state) {
-    tevo::signal::Phase_Apply_Table(s, p0, 30, kPoints, 0);
-    p0 += 0.1f;
-    benchmark::DoNotOptimize(s.Spec_Re(0));
-  }
-}
-BENCHMARK(BM_Phase_Table)->Unit(benchmark::kMillisecond);
-
-void BM_Build_Disp_Arrays(benchmark::State& state) {
-  tevo::Session s;
-  Fill(s);
-  for (auto _ : state) {
-    tevo::Build_Disp_Arrays(s, 0);
-    benchmark::DoNotOptimize(s.Disp_Y(0));
-  }
-}
-BENCHMARK(BM_Build_Disp_Arrays)->Unit(benchmark::kMillisecond);
-
-// What a scroll-bar event costs: rotate the row, refresh its display row.
-void BM_Interactive_Phase_Step(benchmark::State& state) {
-  tevo::Session s;
-  Fill(s);
-  tevo::Build_Disp_Arrays(s, 0);
-  float p0 = 0;
-  for (auto _ : state) {
-    tevo::signal::Phase_Apply_Table(s, p0, 30, kPoints, 0);
-    tevo::Build_Disp_Arrays(s, 1);
-    p0 += 0.1f;
-    benchmark::DoNotOptimize(s.Disp_Y(0));
-  }
-}
-BENCHMARK(BM_Interactive_Phase_Step)->Unit(benchmark::kMillisecond);
 
 #ifdef TEVO_HAVE_FFTW
 void BM_Fftw_Plan_Same_Size(benchmark::State& state) {
