@@ -166,6 +166,7 @@ void Param_Fields(V& v, Data_Param& p, Param_Extras& x) {
   v.F32(1124, x.y_offset);
   v.F32(1148, x.fid_scale);
   v.F32(1152, p.SMEXR);
+  v.I16(1156, p.Window_Code);
   for (int k = 0; k < 32; ++k) {
     v.F32(1280 + 4 * k, p.P_List[k]);
     v.F32(1408 + 4 * k, p.D_List[k]);
