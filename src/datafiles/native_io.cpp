@@ -278,6 +278,13 @@ void Read_Data_Block(const Image_Reader& r, size_t at, Session& s, int32_t point
   s.Is_Fid = 0;
 }
 
+bool Data_Block_Fits(const Image_Reader& r, int64_t offset, int32_t points, int32_t rows) {
+  if (points < 1 || rows < 1) return false;
+  if (offset == 0) return rows == 1;
+  if (offset < 0 || static_cast<uint64_t>(offset) >= r.Size()) return false;
+  return r.Has(static_cast<size_t>(offset), 8 * static_cast<size_t>(points) * static_cast<size_t>(rows));
+}
+
 void Finish_Param_Read(Session& s) {
   Data_Param& p = s.Param;
   if (p.POINT > 0) p.RESOL = static_cast<float>(static_cast<double>(p.FREQU) / p.POINT);
@@ -857,6 +864,8 @@ int Refuse(Session& s, const std::string& text, const std::string& caption) {
   Show_Message(s, text, Style_OK + Icon_Exclamation, caption);
   return 1;
 }
+
+int Refuse_Damaged(Session& s) { return Refuse(s, "Dataが壊れています", "Dataエラー"); }
 
 int Run_Time_Failure(Session& s, const std::string& location) {
   Disk_Error_Text(s, 57, location);
