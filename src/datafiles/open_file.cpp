@@ -146,7 +146,6 @@ int Read_Routed(Session& s, const Recognition& r, const Open_Route& route) {
   const std::string path = route.twin ? Pair_Twin_Files(r.path, r.file_class).data : r.path;
   if (route.in_use_test && session::File_In_Use(s, path))
     return Refuse(s, "このファイルは、他のアプリケーションで使用中です", "File Warning");
-  if (route.read == nullptr) return Refuse(s, "Dataが違います", Data_Error);
 
   Kind_Check kind{"", 0};
   if (route.check != nullptr) {
@@ -155,6 +154,7 @@ int Read_Routed(Session& s, const Recognition& r, const Open_Route& route) {
     if (Is_2D(route, kind)) return Refuse(s, "2D Data !", Data_Error);
     if (Check_Failed(route, kind)) return Refuse(s, "Dataが違います", Data_Error);
   }
+  if (route.read == nullptr) return Refuse(s, "Dataが違います", Data_Error);
 
   const std::string former_name = s.Open_Name;
   const std::string work_copy = Write_Work_Copy(s);
