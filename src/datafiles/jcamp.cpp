@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
 #include <limits>
 #include <map>
 #include <optional>
@@ -908,22 +907,6 @@ void Write_Head(Session& s, std::vector<std::string>& out, bool extended) {
   if (extended) out.push_back("$$ -------------------------------");
 }
 
-int Write_Lines(Session& s, const std::string& path, const std::vector<std::string>& lines) {
-  std::ofstream f(path, std::ios::binary | std::ios::trunc);
-  if (!f) {
-    Disk_Error_Text(s, Error_Number_From_Errno(errno), "");
-    return -1;
-  }
-  for (const std::string& l : lines) f << Utf8_To_Sjis(l) << "\r\n";
-  f.flush();
-  if (!f) {
-    Disk_Error_Text(s, 61, "");
-    return -1;
-  }
-  session::Write_Log(s, "Write", path);
-  return 0;
-}
-
 }  // namespace
 
 int Write_Jcamp_Compact(Session& s, const std::string& path) {
@@ -946,7 +929,7 @@ int Write_Jcamp_Compact(Session& s, const std::string& path) {
   out.push_back("##XYDATA=(X++(Y..Y))");
   for (std::string& l : Pack_Lines(r.re, r.hz)) out.push_back(std::move(l));
   out.push_back("##END=");
-  return Write_Lines(s, path, out);
+  return Write_Export_Lines(s, path, out);
 }
 
 int Write_Jcamp_Extended(Session& s, const std::string& path) {
@@ -989,7 +972,7 @@ int Write_Jcamp_Extended(Session& s, const std::string& path) {
   for (std::string& l : Pack_Lines(r.im, r.hz)) out.push_back(std::move(l));
   out.push_back("##END NTUPLES=NMR SPECTRUM");
   out.push_back("##END=");
-  return Write_Lines(s, path, out);
+  return Write_Export_Lines(s, path, out);
 }
 
 }  // namespace tevo::datafiles
