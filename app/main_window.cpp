@@ -144,9 +144,9 @@ void Main_Window::Build_Panels() {
 void Main_Window::Connect_Commands() {
   connect(Action("NM1D_m11"), &QAction::triggered, this, [this] { Open({}); });
   connect(Action("m10"), &QAction::triggered, this, [this] { Save({}); });
-  // The other formats: the older native one and the two JCAMP-DX exports.
+  // The other formats: the older native one, the two JCAMP-DX and the ASCII exports.
   for (const auto& [id, command] : {std::pair{"m13", &Save_Older}, std::pair{"m181", &datafiles::m181_Click},
-                                    std::pair{"m183", &datafiles::m183_Click}}) {
+                                    std::pair{"m183", &datafiles::m183_Click}, std::pair{"m18", &datafiles::m18_Click}}) {
     connect(Action(id), &QAction::triggered, this, [this, command = command] {
       command(session_, {});
       Refresh_State();

@@ -1,6 +1,6 @@
 // tevo1d-cli process PATH -o OUT: reads a data set through the open command
-// and writes it in the format the output name asks for. A spectrum is
-// written as it was read.
+// and writes it in the format the output name asks for, through the save
+// and export commands of the menu. A spectrum is written as it was read.
 #include <nlohmann/json.hpp>
 #include <algorithm>
 #include <array>
@@ -34,7 +34,10 @@ struct Process_Options {
 
 void Add_Process_Options(CLI::App* cmd, Process_Options& o) {
   cmd->add_option("PATH", o.path, "data file")->required();
-  cmd->add_option("-o,--output", o.out, "output file: .tv1 native, .als older native")->required();
+  cmd->add_option("-o,--output", o.out,
+                  "output file: .tv1 native, .als older native, .dx compact or .jdx extended JCAMP-DX, "
+                  ".txt/.dat/.asc ASCII")
+      ->required();
   cmd->add_flag("--json", o.json, "print what was done as JSON");
   cmd->add_option("--window", o.window, "window function of a FID: exp, sine, sine2, gauss")
       ->check(CLI::IsMember({"exp", "sine", "sine2", "gauss"}));
@@ -93,13 +96,24 @@ bool Make_Request(const Process_Options& o, signal::Process_Request& req) {
   return true;
 }
 
-// Writes the session to `out` by its extension; returns a core status word,
-// or 2 for an output kind this command does not write.
-int Write_Output(Session& s, const std::string& out) {
+// The output kinds by extension and the menu command that writes each.
+struct Output_Kind {
+  const char* ext;  // upper case, with the dot
+  int (*write)(Session&, const std::string&);
+};
+int Save_Native(Session& s, const std::string& out) { return datafiles::m10_Click(s, out); }
+int Save_Older(Session& s, const std::string& out) { return datafiles::m13_Click(s, out); }
+constexpr Output_Kind Output_Kinds[] = {
+    {".TV1", Save_Native},           {".ALS", Save_Older},           {".DX", datafiles::m183_Click},
+    {".JDX", datafiles::m181_Click}, {".TXT", datafiles::m18_Click}, {".DAT", datafiles::m18_Click},
+    {".ASC", datafiles::m18_Click},
+};
+
+const Output_Kind* Output_Kind_Of(const std::string& out) {
   const std::string ext = datafiles::Extension_Class(out);
-  if (ext == ".TV1") return datafiles::m10_Click(s, out);
-  if (ext == ".ALS") return datafiles::m13_Click(s, out);
-  return 2;
+  for (const Output_Kind& k : Output_Kinds)
+    if (ext == k.ext) return &k;
+  return nullptr;
 }
 
 }  // namespace
@@ -117,6 +131,13 @@ void Register_Process(CLI::App& app, Context& ctx) {
     signal::Process_Request req;
     if (!Make_Request(o, req)) {
       std::cerr << "process: malformed --trap, --zerofill or --phase value\n";
+      ctx.exit_code = Exit_Usage;
+      return;
+    }
+    const Output_Kind* kind = Output_Kind_Of(o.out);
+    if (kind == nullptr) {
+      std::cerr << "process: unknown output kind: " << o.out
+                << " (known: .tv1 .als .dx .jdx .txt .dat .asc)\n";
       ctx.exit_code = Exit_Usage;
       return;
     }
@@ -139,12 +160,7 @@ void Register_Process(CLI::App& app, Context& ctx) {
         return;
       }
     }
-    const int written = Write_Output(s, o.out);
-    if (written == 2) {
-      std::cerr << "process: unknown output kind: " << o.out << "\n";
-      ctx.exit_code = Exit_Usage;
-      return;
-    }
+    const int written = kind->write(s, o.out);
     if (o.json) {
       nlohmann::ordered_json j;
       j["read"] = o.path;

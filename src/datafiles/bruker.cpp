@@ -23,20 +23,45 @@ namespace tevo::datafiles {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+// A text value the vendor broke over lines: "<first part" on the label line,
+// the rest on the following lines up to the one that ends in ">".
+void Continue_Text_Value(Bruker_Label& l, const std::string& line) {
+  std::string part = line;
+  if (!part.empty() && part.back() == '>') part.pop_back();
+  part = Trim(part);
+  if (part.empty()) return;
+  if (!l.value.empty()) l.value += ' ';
+  l.value += part;
+}
+
+}  // namespace
+
 std::vector<Bruker_Label> Read_Bruker_Labels(const std::string& text) {
   std::vector<Bruker_Label> out;
   Bruker_Label* array = nullptr;  // the array label still taking numbers
+  Bruker_Label* open_text = nullptr;  // a "<..." value still waiting for its ">"
   for (const std::string& raw : Split_Lines(text)) {
     const std::string line = Trim(raw);
+    if (open_text && line.rfind("##", 0) != 0) {
+      Continue_Text_Value(*open_text, line);
+      if (!line.empty() && line.back() == '>') open_text = nullptr;
+      continue;
+    }
+    open_text = nullptr;
     if (line.rfind("##", 0) == 0) {
       array = nullptr;
       Bruker_Label l;
       const std::size_t eq = line.find('=');
       l.name = Upper(Trim(line.substr(2, eq == std::string::npos ? std::string::npos : eq - 2)));
       std::string v = eq == std::string::npos ? std::string() : Trim(line.substr(eq + 1));
+      const bool unclosed = v.size() >= 1 && v.front() == '<' && (v.size() < 2 || v.back() != '>');
       if (v.size() >= 2 && v.front() == '<' && v.back() == '>') v = v.substr(1, v.size() - 2);
+      if (unclosed) v.erase(0, 1);
       l.value = v;
       out.push_back(l);
+      if (unclosed) open_text = &out.back();
       // "(0..31)" announces the numbers on the following lines.
       if (v.size() > 2 && v.front() == '(' && v.find("..") != std::string::npos &&
           v.back() == ')')
@@ -102,6 +127,13 @@ std::string Date_Text_Of(double seconds) {
 
 bool Has_Point(const std::string& v) { return v.find('.') != std::string::npos; }
 
+// ##$BYTORDA / ##$BYTORDP: 0 little-endian, 1 big-endian; any other value
+// gives -1, which the size checks refuse.
+int16_t Byte_Order_Of(const std::string& v) {
+  const auto n = Leading_Number(v);
+  return n == 0.0 ? 0 : n == 1.0 ? 1 : -1;
+}
+
 // The labels shared by the raw and the processed read of acqu/acqus. With
 // `sizes` the size and axis labels are taken too.
 void Take_Acquisition_Label(Bruker_Read& r, const Bruker_Label& l, bool sizes) {
@@ -142,7 +174,7 @@ void Take_Acquisition_Label(Bruker_Read& r, const Bruker_Label& l, bool sizes) {
   else if (n == "$DSPFVS") r.Dspfvs = Val(v);
   else if (n == "$AQ_MOD") r.Acq_Mode = Map_Acq_Mode(Val(v));
   else if (!sizes) return;
-  else if (n == "$BYTORDA") r.Byte_Order = static_cast<int16_t>(Val(v));
+  else if (n == "$BYTORDA") r.Byte_Order = Byte_Order_Of(v);
   else if (n == "$BF1") p.OBFRQ = static_cast<float>(Val(v));
   else if (n == "$SFO1") {
     r.Observe_Frequency = Val(v);
@@ -300,8 +332,11 @@ int RPBru(Bruker_Read& r, const std::string& path) {
   if (Take_Acquisition_File(r, path, true) != 0) return -1;
   Data_Param& p = r.p;
   p.SMODE = 0;
+  // The sizes come from ##$TD on every run: an acqus without it after acqu
+  // keeps acqu's count instead of halving the halved one again.
+  p.POINT = r.Td;
   if (p.POINT < 10 || r.Observe_Frequency == 0 || p.FREQU <= 0 || p.POINT / 2 > 524288 ||
-      !r.Origin_Ok)
+      !r.Origin_Ok || r.Byte_Order < 0)
     return 1;
   r.Spectrum_Frequency = r.Observe_Frequency;
   p.ACQTM = static_cast<float>(p.POINT / 2 / static_cast<double>(p.FREQU));
@@ -329,13 +364,14 @@ int RPBruP(Bruker_Read& r, const std::string& path) {
     if (n == "ERROR:") return -1;
     if (n == "ORIGIN") {
       if (Origin_Names_Vendor(v)) r.Origin_Ok = true;
-    } else if (n == "$BYTORDP") r.Byte_Order = static_cast<int16_t>(Val(v));
+    } else if (n == "$BYTORDP") r.Byte_Order = Byte_Order_Of(v);
     else if (n == "$SF") r.Spectrum_Frequency = Val(v);
     else if (n == "$SW_P") p.FREQU = static_cast<float>(Val(v));
     else if (n == "$SI") {
       p.POINT = static_cast<int32_t>(Val(v));
       r.Td = p.POINT;
     } else if (n == "$OFFSET") p.SMEXR = static_cast<float>(Val(v));
+    else if (n == "$NC_PROC") r.Nc_Proc = static_cast<int32_t>(std::clamp(Val(v), -1e6, 1e6));
     else if (n == "$YMAX_P" || n == "$YMIN_P") {
       if (Has_Point(v)) r.Y_Has_Point = true;
     } else if (n == "$WDW") {
@@ -353,9 +389,11 @@ int RPBruP(Bruker_Read& r, const std::string& path) {
   p.OBSET = 0;
   p.OBFIN = static_cast<float>(r.Observe_Frequency * 1e6 - static_cast<double>(p.OBFRQ) * 1e6);
   // A missing or zero ##$SF leaves the middle frequency at -FREQU/2 Hz, not
-  // 0, so it is refused on its own: the ppm axis divides by it.
-  if (p.POINT < 10 || r.Observe_Frequency == 0 || !(r.Spectrum_Frequency > 0) || p.FREQU == 0 ||
-      p.POINT > 524288 || !r.Origin_Ok)
+  // 0, so it is refused on its own: the ppm axis divides by it. A negative
+  // ##$SW_p would turn the axis round; an unknown byte order or a scale
+  // exponent beyond a real's range can't give the intensities.
+  if (p.POINT < 10 || r.Observe_Frequency == 0 || !(r.Spectrum_Frequency > 0) || !(p.FREQU > 0) ||
+      p.POINT > 524288 || !r.Origin_Ok || r.Byte_Order < 0 || std::abs(r.Nc_Proc) > 64)
     return 1;
   p.ACQTM = p.FREQU > 0 ? static_cast<float>(p.POINT / static_cast<double>(p.FREQU)) : 0.0f;
   p.SMTMS = static_cast<float>(p.POINT - 1);
@@ -434,6 +472,33 @@ void Settle_Nuclei(Session& s, Data_Param& p) {
   if (!p.IRNUC.empty()) p.IRNUC = Normalize_Nucleus(p.IRNUC, s.Nuclei).text;
 }
 
+// What the parameter block and the native file keep beside the tags: the
+// probe and the gradient program, the first 32 entries of the P, D and CNST
+// lists, and the window of the vendor's own processing.
+void Keep_Acquisition_Extras(const Bruker_Read& r, Data_Param& p) {
+  p.Probe_Name = r.Probe;
+  p.Gradient_Program = r.Gradient_Program;
+  for (auto [from, to] : {std::pair{&r.P, &p.P_List}, std::pair{&r.D, &p.D_List}, std::pair{&r.Cnst, &p.CNST_List}}) {
+    to->fill(0.0f);
+    for (std::size_t k = 0; k < to->size() && k < from->size(); ++k) (*to)[k] = static_cast<float>((*from)[k]);
+  }
+  p.Window_Code = r.Window_Code;
+}
+
+// The comment of an experiment: "title" beside the data, or the one the
+// vendor keeps in the first processing folder ("pdata/1/title").
+void Read_Experiment_Title(const fs::path& folder, std::string& comment) {
+  if (const auto title = Find_File(folder, "title")) Read_Title(title->string(), comment);
+  else if (const auto first = Find_File(folder / "pdata" / "1", "title")) Read_Title(first->string(), comment);
+}
+
+// Factor of the 1r and 1i integers: the vendor stores intensity / 2^NC_proc,
+// so spectra of one sample processed with different exponents compare only
+// once it is put back. "BRUKER NC SCALE" 0 takes the integers as they stand.
+double Nc_Scale(const Session& s, const Bruker_Read& r) {
+  return s.settings.Int("BRUKER NC SCALE") != 0 ? std::ldexp(1.0, r.Nc_Proc) : 1.0;
+}
+
 // The single-converter question; false when the operator cancels.
 bool Ask_Single_Converter(Session& s, int16_t& acq_mode) {
   const int c = s.ui->Choose(
@@ -507,6 +572,8 @@ int Read_Bruker_Fid(Session& s, const std::string& path) {
     // Commit.
     Data_Param p = r.p;
     Settle_Nuclei(s, p);
+    Keep_Acquisition_Extras(r, p);
+    Read_Experiment_Title(folder, p.COMNT);
     p.Data_File = fid->string();
     p.Observe_Text = Observe_Text_Of(r.Observe_Frequency);
     const int32_t size = p.POINT;
@@ -578,7 +645,7 @@ int Read_Bruker_Spectrum(Session& s, const std::string& path) {
       break;
     }
     if (const auto parm = Find_File(folder, "parm.txt")) Read_Parm_Text(r, parm->string());
-    if (const auto title = Find_File(folder, "title")) Read_Title(title->string(), r.p.COMNT);
+    Read_Experiment_Title(folder, r.p.COMNT);
     r.p.OBNUC = r.Nuc1.empty() || r.Nuc1 == "OFF" ? r.Nucleus : r.Nuc1;
 
     const auto f1r = twin ? std::optional<fs::path>(path) : Find_File(folder, "1r");
@@ -599,6 +666,7 @@ int Read_Bruker_Spectrum(Session& s, const std::string& path) {
 
     Data_Param p = r.p;
     Settle_Nuclei(s, p);
+    Keep_Acquisition_Extras(r, p);
     p.Data_File = f1r->string();
     p.Observe_Text = Observe_Text_Of(r.Observe_Frequency);
     s.Array_Rows = 1;
@@ -609,10 +677,11 @@ int Read_Bruker_Spectrum(Session& s, const std::string& path) {
     s.Fid_Points = n;
     s.Spec_Axis.assign(static_cast<std::size_t>(n), 0.0f);
     // File point i goes to N - 1 - i, so the index ascends in ppm.
+    const double scale = Nc_Scale(s, r);
     for (int32_t i = 0; i < n; ++i) {
       const auto k = static_cast<std::size_t>(n - 1 - i);
-      s.Ft_Re(k) = s.Spec_Re(k) = static_cast<float>(vr[static_cast<std::size_t>(i)]);
-      s.Ft_Im(k) = s.Spec_Im(k) = vi.empty() ? 0.0f : static_cast<float>(vi[static_cast<std::size_t>(i)]);
+      s.Ft_Re(k) = s.Spec_Re(k) = static_cast<float>(vr[static_cast<std::size_t>(i)] * scale);
+      s.Ft_Im(k) = s.Spec_Im(k) = vi.empty() ? 0.0f : static_cast<float>(vi[static_cast<std::size_t>(i)] * scale);
     }
     for (int32_t i = 0; i < n; ++i)
       s.Spec_Axis[static_cast<std::size_t>(i)] =

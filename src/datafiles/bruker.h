@@ -47,6 +47,7 @@ struct Bruker_Read {
   double Decim = 0, Dspfvs = 0;
   int32_t Fid_Points = 0;
   int16_t Window_Code = 0;  // ##$WDW mapped to the program's window kinds
+  int32_t Nc_Proc = 0;  // ##$NC_proc: the 1r integers are intensity / 2^NC_proc
 };
 
 // Acquisition check of "acqus": the pulse program as kind; status 1 unless

@@ -6,9 +6,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
+#include <limits>
 #include <map>
 #include <optional>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 
 #include "datafiles/bruker.h"
 #include "datafiles/vendor_text.h"
@@ -102,12 +105,33 @@ Asdf_Token Next_Asdf_Token(std::string_view line, std::size_t& pos) {
   return tok;
 }
 
+namespace {
+
+// The value of the last digit printed in a number's text: 1 for "123",
+// 0.01 for "1.25", 100 for "1.2E3".
+double Printed_Unit(std::string_view text) {
+  double unit = 1;
+  const std::size_t e = text.find_first_of("Ee");
+  const std::string_view mantissa = text.substr(0, e);
+  if (const std::size_t dot = mantissa.find('.'); dot != std::string_view::npos)
+    unit = std::pow(10.0, -static_cast<double>(mantissa.size() - dot - 1));
+  if (e != std::string_view::npos) unit *= std::pow(10.0, std::strtod(std::string(text.substr(e + 1)).c_str(), nullptr));
+  return unit;
+}
+
+}  // namespace
+
 int Asdf_Decoder::Add_Line(std::string_view line) {
   std::size_t pos = 0;
   Asdf_Token tok = Next_Asdf_Token(line, pos);
   if (tok.form == Asdf_Form::End) return 0;  // empty or comment line
   if (tok.form != Asdf_Form::Affn && tok.form != Asdf_Form::Sqz) return -1;
   line_x.push_back(tok.value);
+  {
+    std::size_t from = line.find_first_not_of(" \t,;");
+    line_x_unit.push_back(Printed_Unit(Trim(line.substr(from, pos - from))));
+  }
+  line_first.push_back(static_cast<int32_t>(y.size()));
   enum class Action { None, Value, Step } last = Action::None;
   double step = 0;
   bool first_y = true;
@@ -132,6 +156,7 @@ int Asdf_Decoder::Add_Line(std::string_view line) {
           const double tol = 1e-9 * std::max(1.0, std::fabs(tok.value));
           if (std::fabs(tok.value - y.back()) > tol) ++check_failures;
           y.back() = tok.value;
+          --line_first.back();
         } else {
           y.push_back(tok.value);
         }
@@ -248,7 +273,11 @@ struct Tag_Io {
   std::string (*get)(const Data_Param&, int);
   void (*set)(Data_Param&, int, const std::string&);
   int index;
+  double limit = 0;  // largest magnitude the field holds; 0 for a text
 };
+
+template <auto Member>
+using Field_Type = std::remove_cvref_t<decltype(std::declval<Data_Param&>().*Member)>;
 
 std::string Num_Text(double v) {
   char buf[64];
@@ -260,7 +289,7 @@ template <auto Member>
 Tag_Io Float_Tag(const char* name) {
   return {name, [](const Data_Param& p, int) { return Num_Text(p.*Member); },
           [](Data_Param& p, int, const std::string& v) { p.*Member = static_cast<float>(Val(v)); },
-          0};
+          0, std::numeric_limits<float>::max()};
 }
 template <auto Member>
 Tag_Io Int_Tag(const char* name) {
@@ -269,7 +298,7 @@ Tag_Io Int_Tag(const char* name) {
             using T = std::remove_reference_t<decltype(p.*Member)>;
             p.*Member = static_cast<T>(std::llround(Val(v)));
           },
-          0};
+          0, static_cast<double>(std::numeric_limits<Field_Type<Member>>::max())};
 }
 template <auto Member>
 Tag_Io Text_Tag(const char* name) {
@@ -283,7 +312,7 @@ Tag_Io Array_Tag(const char* name, int index) {
             using T = std::remove_reference_t<decltype((p.*Member)[0])>;
             (p.*Member)[i] = static_cast<T>(Val(v));
           },
-          index};
+          index, static_cast<double>(std::numeric_limits<typename Field_Type<Member>::value_type>::max())};
 }
 
 // The block in the order the writers put it.
@@ -377,8 +406,35 @@ struct Jcamp_State {
   Data_Param block;
   double group_delay = 0, decim = 0, dspfvs = 0;  // a digital filter's delay
   bool vendor_fid = false;  // "##ORIGIN" of a Bruker FID: raw, unconjugated data  // ##$ tags of the program's own files
+  bool overflow = false;  // a label's number does not fit its field
   Asdf_Decoder real, imag;
 };
+
+// A count label's value; one beyond an int32 marks the overflow.
+int32_t Count_Of(Jcamp_State& st, const std::string& v) {
+  const double n = Val(v);
+  if (!(std::fabs(n) < 2147483648.0)) {
+    st.overflow = true;
+    return 0;
+  }
+  return static_cast<int32_t>(n);
+}
+
+// True when a value can be stored as a real32: finite and within its range.
+bool Fits_Real32(double v) { return std::isfinite(v) && std::fabs(v) <= std::numeric_limits<float>::max(); }
+
+// True when every data line's X check value, times the X factor, stands
+// where the running abscissa puts that line's first point (first + index x
+// step), within one step and half the last printed digit. A line lost from
+// the middle of a table moves every later line by its whole length.
+bool Lines_Follow_Abscissa(const Asdf_Decoder& d, double first, double step, double x_factor) {
+  for (std::size_t k = 0; k < d.line_x.size(); ++k) {
+    const double at = first + step * d.line_first[k];
+    const double tolerance = std::fabs(step) + 0.5 * d.line_x_unit[k] * std::fabs(x_factor);
+    if (!(std::fabs(d.line_x[k] * x_factor - at) <= tolerance)) return false;
+  }
+  return true;
+}
 
 int Column_Of(const std::vector<std::string>& symbols, const std::string& name) {
   for (std::size_t i = 0; i < symbols.size(); ++i)
@@ -417,7 +473,7 @@ void Take_Label(Jcamp_State& st, const Label& l) {
     nuc.erase(std::remove(nuc.begin(), nuc.end(), '^'), nuc.end());
     st.nucleus = Trim(nuc);
   } else if (n == ".ACQUISITION MODE") st.acq_mode = Upper(v);
-  else if (n == ".AVERAGES") st.averages = static_cast<int32_t>(Val(v));
+  else if (n == ".AVERAGES") st.averages = Count_Of(st, v);
   else if (n == ".DIGITISER" || n == ".DIGITISER RES") st.digitiser = Val(v);
   else if (n == "XUNITS") st.x_hz = Upper(v) == "HZ";
   else if (n == "UNITS") {
@@ -434,7 +490,7 @@ void Take_Label(Jcamp_State& st, const Label& l) {
   else if (n == "FIRST") st.first = Split_List(v);
   else if (n == "LAST") st.last = Split_List(v);
   else if (n == "FACTOR") st.factor = Split_List(v);
-  else if (n == "NPOINTS") st.npoints = static_cast<int32_t>(Val(v));
+  else if (n == "NPOINTS") st.npoints = Count_Of(st, v);
   else if (n == "VAR_DIM") st.var_dim = Split_List(v);
   else if (n == "SYMBOL") st.symbols = Split_List(v);
   else if (n == ".SHIFT REFERENCE") {
@@ -456,7 +512,8 @@ void Take_Label(Jcamp_State& st, const Label& l) {
     for (const Tag_Io& t : Param_Tags()) {
       if (t.name != tag) continue;
       st.have_block = true;
-      if (!Tag_Set_By_Data(tag)) t.set(st.block, t.index, Sjis_To_Utf8(v));
+      if (t.limit > 0 && !(std::fabs(Val(v)) <= t.limit)) st.overflow = true;
+      else if (!Tag_Set_By_Data(tag)) t.set(st.block, t.index, Sjis_To_Utf8(v));
       break;
     }
   }
@@ -554,6 +611,7 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       if (dec.Add_Line(t) != 0) return Reader_Fail(s, 13, "RDJ/DRW");
     }
     if (st.two_d) return Reader_Refuse(s, "2D Data !");
+    if (st.overflow) return Reader_Fail(s, 6, "RDJ/DRW");
     if (st.smode < 0 || !seen_data) return Reader_Refuse(s, "Dataが違います");
     // A file that stops before "##END=" was cut short (input past end).
     if (!ended) return Reader_Fail(s, 62, "RDJ/DRW");
@@ -561,45 +619,62 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
     // Point count, factors and X ends of the two forms.
     const bool tuples = !st.symbols.empty();
     double first_x = st.first_x, last_x = st.last_x;
-    double re_factor = st.y_factor, im_factor = st.y_factor;
+    double re_factor = st.y_factor, im_factor = st.y_factor, x_factor = st.x_factor;
     int32_t n = st.npoints;
     bool x_hz = st.x_hz;
     bool x_seconds = false;
+    bool x_known = st.have_first && (st.have_last || st.delta_x != 0);
     if (tuples) {
       const int xc = Column_Of(st.symbols, "X");
       const int rc = Column_Of(st.symbols, "R");
       const int ic = Column_Of(st.symbols, "I");
-      if (n <= 0) n = static_cast<int32_t>(Val(Column_Value(st.var_dim, rc >= 0 ? rc : xc)));
+      if (n <= 0) n = Count_Of(st, Column_Value(st.var_dim, rc >= 0 ? rc : xc));
       if (!Column_Value(st.first, xc).empty()) first_x = Val(Column_Value(st.first, xc));
       if (!Column_Value(st.last, xc).empty()) last_x = Val(Column_Value(st.last, xc));
+      x_known = !Column_Value(st.first, xc).empty() && !Column_Value(st.last, xc).empty();
       const std::string rf = Column_Value(st.factor, rc), imf = Column_Value(st.factor, ic);
+      const std::string xf = Column_Value(st.factor, xc);
       re_factor = rf.empty() ? 1.0 : Val(rf);
       im_factor = imf.empty() ? 1.0 : Val(imf);
+      x_factor = xf.empty() ? 1.0 : Val(xf);
       const std::string xu = Upper(Column_Value(st.units, xc));
       x_hz = xu == "HZ";
       x_seconds = xu.rfind("SEC", 0) == 0;
     } else if (st.smode == 0) {
       x_seconds = true;
     }
+    for (const double v : {re_factor, im_factor, x_factor, first_x, last_x, st.delta_x, st.observe})
+      if (!std::isfinite(v)) st.overflow = true;
+    if (st.overflow) return Reader_Fail(s, 6, "RDJ/DRW");
     if (n <= 0) n = static_cast<int32_t>(st.real.y.size());
     if (n < 2 || n > Fft_Table_Size_Max) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
     if (st.real.y.empty()) return Reader_Refuse(s, "Dataが違います");
     if (re_factor == 0) re_factor = 1;
     if (im_factor == 0) im_factor = 1;
+    if (x_factor == 0) x_factor = 1;
+    // Every line where the abscissa says, or a line went missing.
+    if (x_known) {
+      const double step = st.have_last || tuples ? (last_x - first_x) / (n - 1) : st.delta_x;
+      for (const Asdf_Decoder* d : {&st.real, &st.imag})
+        if (!Lines_Follow_Abscissa(*d, first_x, step, x_factor)) return Reader_Fail(s, 13, "RDJ/DRW");
+    }
 
     // Points beyond the count are dropped; missing ones stay 0.
     std::vector<float> re(static_cast<std::size_t>(n), 0.0f), im(static_cast<std::size_t>(n), 0.0f);
-    for (int32_t i = 0; i < n && static_cast<std::size_t>(i) < st.real.y.size(); ++i)
-      re[static_cast<std::size_t>(i)] = static_cast<float>(st.real.y[static_cast<std::size_t>(i)] * re_factor);
-    for (int32_t i = 0; i < n && static_cast<std::size_t>(i) < st.imag.y.size(); ++i)
-      im[static_cast<std::size_t>(i)] = static_cast<float>(st.imag.y[static_cast<std::size_t>(i)] * im_factor);
+    for (auto [y, factor, out] : {std::tuple{&st.real.y, re_factor, &re}, std::tuple{&st.imag.y, im_factor, &im}})
+      for (std::size_t i = 0; i < out->size() && i < y->size(); ++i) {
+        const double v = (*y)[i] * factor;
+        if (!Fits_Real32(v)) return Reader_Fail(s, 6, "RDJ/DRW");
+        (*out)[i] = static_cast<float>(v);
+      }
     if (!st.have_last && st.delta_x != 0) last_x = first_x + st.delta_x * (n - 1);
 
     Data_Param p = st.have_block ? st.block : Data_Param{};
     double observe = st.observe;
     if (observe <= 0 && st.have_block) observe = p.OBFRQ + p.OBSET * 1e-3 + p.OBFIN * 1e-6;
-    if (st.smode == 1 && x_hz && observe <= 0)
-      return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+    // A spectrum in Hz and a FID need the observe frequency for their axis.
+    if ((st.smode == 0 || x_hz) && observe <= 0) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+    if (!Fits_Real32(observe)) return Reader_Fail(s, 6, "RDJ/DRW");
 
     if (!st.title.empty()) p.COMNT = st.title;
     if (!st.date.empty()) p.DATIM = st.date;
@@ -629,6 +704,8 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       }
       const double step = (ppm_last - ppm_first) / (n - 1);
       const double sf = observe > 0 ? observe : 400.0;
+      if (!Fits_Real32(ppm_first) || !Fits_Real32(ppm_last) || !Fits_Real32(step * n * sf))
+        return Reader_Fail(s, 6, "RDJ/DRW");
       if (!st.have_block || p.FREQU == 0) p.FREQU = static_cast<float>(step * n * sf);
       p.POINT = n;
       p.RESOL = static_cast<float>(step * sf);
@@ -657,6 +734,7 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       double dwell = (last_x - first_x) / (n - 1);
       if (!x_seconds && st.delta_x != 0) dwell = st.delta_x;
       if (!(dwell > 0)) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+      if (!Fits_Real32(1.0 / dwell) || !Fits_Real32(n * dwell)) return Reader_Fail(s, 6, "RDJ/DRW");
       const int32_t size = Next_Power_Of_Two(n);
       if (size > Fft_Table_Size_Max) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
       p.FREQU = static_cast<float>(1.0 / dwell);
@@ -829,22 +907,6 @@ void Write_Head(Session& s, std::vector<std::string>& out, bool extended) {
   if (extended) out.push_back("$$ -------------------------------");
 }
 
-int Write_Lines(Session& s, const std::string& path, const std::vector<std::string>& lines) {
-  std::ofstream f(path, std::ios::binary | std::ios::trunc);
-  if (!f) {
-    Disk_Error_Text(s, Error_Number_From_Errno(errno), "");
-    return -1;
-  }
-  for (const std::string& l : lines) f << Utf8_To_Sjis(l) << "\r\n";
-  f.flush();
-  if (!f) {
-    Disk_Error_Text(s, 61, "");
-    return -1;
-  }
-  session::Write_Log(s, "Write", path);
-  return 0;
-}
-
 }  // namespace
 
 int Write_Jcamp_Compact(Session& s, const std::string& path) {
@@ -867,7 +929,7 @@ int Write_Jcamp_Compact(Session& s, const std::string& path) {
   out.push_back("##XYDATA=(X++(Y..Y))");
   for (std::string& l : Pack_Lines(r.re, r.hz)) out.push_back(std::move(l));
   out.push_back("##END=");
-  return Write_Lines(s, path, out);
+  return Write_Export_Lines(s, path, out);
 }
 
 int Write_Jcamp_Extended(Session& s, const std::string& path) {
@@ -910,7 +972,7 @@ int Write_Jcamp_Extended(Session& s, const std::string& path) {
   for (std::string& l : Pack_Lines(r.im, r.hz)) out.push_back(std::move(l));
   out.push_back("##END NTUPLES=NMR SPECTRUM");
   out.push_back("##END=");
-  return Write_Lines(s, path, out);
+  return Write_Export_Lines(s, path, out);
 }
 
 }  // namespace tevo::datafiles

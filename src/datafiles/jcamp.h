@@ -42,6 +42,8 @@ Asdf_Token Next_Asdf_Token(std::string_view line, std::size_t& pos);
 struct Asdf_Decoder {
   std::vector<double> y;
   std::vector<double> line_x;  // X check value of each line
+  std::vector<double> line_x_unit;  // the last printed digit's value of that X
+  std::vector<int32_t> line_first;  // index in y of each line's first point
   int32_t check_count = 0;
   int32_t check_failures = 0;
   bool prev_ended_dif = false;

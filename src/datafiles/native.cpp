@@ -289,7 +289,7 @@ class Reader {
     const std::string c2 = Comment(E_Comment2);
     if (!c2.empty()) s_.Param.COMNT += "\r\n" + c2;
 
-    Data();
+    if (!Data()) return native_io::Refuse_Damaged(s_);
     native_io::Finish_Param_Read(s_);
     s_.Param.SMODE = 1;
     Lists();
@@ -326,20 +326,17 @@ class Reader {
     return r_.Text(a.off, a.size - 4);
   }
 
-  void Data() {
+  // The data block; false, before the arrays are sized, when the file
+  // cannot hold the rows and points the parameters say.
+  bool Data() {
     const int32_t n = s_.Param.POINT, rows = std::max(s_.Array_Rows, 1);
     const Section_At& a = At(E_Data);
-    const size_t count = static_cast<size_t>(n) * static_cast<size_t>(rows);
-    // A row count that the file cannot hold is damage: stop before the
-    // arrays are sized by it.
-    if (a.present && !r_.Has(a.off, count * 8)) {
-      r_.short_read = true;
-      return;
-    }
+    const int32_t off = r_.I32(Dir + E_Data);  // a negative offset is damage, not absence
+    if (!native_io::Data_Block_Fits(r_, a.present ? off : std::min(off, 0), n, rows)) return false;
     Alloc_Point_Arrays(s_, n);
     s_.Spec_Points = n;
-    if (!a.present) return;
-    native_io::Read_Data_Block(r_, a.off, s_, n, rows);
+    if (a.present) native_io::Read_Data_Block(r_, a.off, s_, n, rows);
+    return true;
   }
 
   void Lists() {

@@ -17,6 +17,7 @@ namespace tevo::datafiles {
 struct Kind_Check {
   std::string kind;
   int status = 1;
+  bool varian = false;  // a Varian check gave the kind ("V..." marks its 2D sets)
 };
 
 // Writes the whole session, logs "Write" and marks the data saved.

@@ -166,6 +166,7 @@ void Param_Fields(V& v, Data_Param& p, Param_Extras& x) {
   v.F32(1124, x.y_offset);
   v.F32(1148, x.fid_scale);
   v.F32(1152, p.SMEXR);
+  v.I16(1156, p.Window_Code);
   for (int k = 0; k < 32; ++k) {
     v.F32(1280 + 4 * k, p.P_List[k]);
     v.F32(1408 + 4 * k, p.D_List[k]);
@@ -275,6 +276,13 @@ void Read_Data_Block(const Image_Reader& r, size_t at, Session& s, int32_t point
       }
   s.Is_Spectrum = 1;
   s.Is_Fid = 0;
+}
+
+bool Data_Block_Fits(const Image_Reader& r, int64_t offset, int32_t points, int32_t rows) {
+  if (points < 1 || rows < 1) return false;
+  if (offset == 0) return rows == 1;
+  if (offset < 0 || static_cast<uint64_t>(offset) >= r.Size()) return false;
+  return r.Has(static_cast<size_t>(offset), 8 * static_cast<size_t>(points) * static_cast<size_t>(rows));
 }
 
 void Finish_Param_Read(Session& s) {
@@ -856,6 +864,8 @@ int Refuse(Session& s, const std::string& text, const std::string& caption) {
   Show_Message(s, text, Style_OK + Icon_Exclamation, caption);
   return 1;
 }
+
+int Refuse_Damaged(Session& s) { return Refuse(s, "Dataが壊れています", "Dataエラー"); }
 
 int Run_Time_Failure(Session& s, const std::string& location) {
   Disk_Error_Text(s, 57, location);

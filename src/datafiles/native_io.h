@@ -78,6 +78,13 @@ void Write_Data_Block(Image_Writer& w, size_t at, const Session& s, int32_t poin
 // Reads such a block into Spec_* and Ft_* (sized by the caller) and marks
 // the session as holding a spectrum.
 void Read_Data_Block(const Image_Reader& r, size_t at, Session& s, int32_t points, int32_t rows);
+// Whether the point arrays may be sized for `points` x `rows` before any of
+// it is allocated: a block at `offset` must start inside the file and hold
+// 8 x points x rows bytes behind it; with no block (offset 0) nothing fills
+// a second row, so only one is allowed. A negative offset is damage.
+bool Data_Block_Fits(const Image_Reader& r, int64_t offset, int32_t points, int32_t rows);
+// The refusal of a file whose data block does not fit: "Dataが壊れています".
+int Refuse_Damaged(Session& s);
 
 // ---- parameter block ----
 // The position of each field of the main format's parameter section; the

@@ -238,9 +238,8 @@ int Read_Older(Session& s, const std::vector<uint8_t>& bytes) {
 
   const int32_t rows = s.Array_Rows;
   const int32_t data = r.I32(dir + 8);
-  const size_t count = static_cast<size_t>(point) * static_cast<size_t>(rows);
   // Data that the file cannot hold is damage, found before the arrays grow.
-  if (data > 0 && !r.Has(static_cast<size_t>(data), 8 * count)) return -1;
+  if (!native_io::Data_Block_Fits(r, data, point, rows)) return native_io::Refuse_Damaged(s);
   Alloc_Point_Arrays(s, point);
   s.Spec_Points = point;
   if (data > 0) native_io::Read_Data_Block(r, static_cast<size_t>(data), s, point, rows);

@@ -127,6 +127,9 @@ class V4_Reader {
     const Span data = Sub_Pair(set, Sub_Data);
     const size_t count = static_cast<size_t>(point) * static_cast<size_t>(into.Array_Rows);
     if (data.present && data.size < Sub_Head + 8 * count) return 1;
+    if (!native_io::Data_Block_Fits(r_, data.present ? static_cast<int64_t>(data.off + Sub_Head) : 0, point,
+                                    into.Array_Rows))
+      return 1;
     Alloc_Point_Arrays(into, point);
     into.Spec_Points = point;
     if (data.present) native_io::Read_Data_Block(r_, data.off + Sub_Head, into, point, into.Array_Rows);

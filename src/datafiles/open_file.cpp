@@ -3,9 +3,11 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
+#include "datafiles/ascii_export.h"
 #include "datafiles/jcamp.h"
 #include "platform/ui.h"
 #include "session/command_flow.h"
@@ -146,7 +148,6 @@ int Read_Routed(Session& s, const Recognition& r, const Open_Route& route) {
   const std::string path = route.twin ? Pair_Twin_Files(r.path, r.file_class).data : r.path;
   if (route.in_use_test && session::File_In_Use(s, path))
     return Refuse(s, "このファイルは、他のアプリケーションで使用中です", "File Warning");
-  if (route.read == nullptr) return Refuse(s, "Dataが違います", Data_Error);
 
   Kind_Check kind{"", 0};
   if (route.check != nullptr) {
@@ -155,6 +156,7 @@ int Read_Routed(Session& s, const Recognition& r, const Open_Route& route) {
     if (Is_2D(route, kind)) return Refuse(s, "2D Data !", Data_Error);
     if (Check_Failed(route, kind)) return Refuse(s, "Dataが違います", Data_Error);
   }
+  if (route.read == nullptr) return Refuse(s, "Dataが違います", Data_Error);
 
   const std::string former_name = s.Open_Name;
   const std::string work_copy = Write_Work_Copy(s);
@@ -325,7 +327,7 @@ namespace {
 // JCAMP-DX files are exports that take any name and leave those alone.
 struct Save_Kind {
   const char* title;
-  const char* file_class;  // ".TV1" or ".ALS"; nullptr takes any name
+  const char* file_class;  // ".TV1", ".ALS" or a "|"-separated list; nullptr takes any name
   const char* ext;  // extension given to a new name, without the dot
   const char* filter;
   const char* wrong_ext;  // message for a name with another extension
@@ -338,6 +340,20 @@ constexpr Save_Kind Older_Save{"データの保存", ".ALS", "als", "ｱﾘｽ�
 constexpr const char* Jcamp_Filter = "JCAMP形式(*.dx)|*.dx|全てのファイル|*.*|";
 constexpr Save_Kind Jcamp_Extended_Save{"データの保存(JCAMP(拡張))", nullptr, "dx", Jcamp_Filter, "", false};
 constexpr Save_Kind Jcamp_Compact_Save{"データの保存(JCAMP(縮小))", nullptr, "dx", Jcamp_Filter, "", false};
+constexpr Save_Kind Ascii_Save{"データの保存(ASCII)", ".TXT|.DAT|.ASC", "txt",
+                               "ASCII形式(*.txt)|*.txt|ASCII形式(*.dat)|*.dat|ASCII形式(*.asc)|*.asc|全てのファイル|*.*|",
+                               "ﾌｧｲﾙが不正です。または,\rﾌｧｲﾙ名の拡張子が不適切", false};
+
+// True when the path's extension is one of the "|"-separated classes.
+bool Extension_In(const std::string& path, std::string_view classes) {
+  const std::string ext = Extension_Class(path);
+  while (!classes.empty()) {
+    const std::size_t bar = classes.find('|');
+    if (classes.substr(0, bar) == ext) return true;
+    classes = bar == std::string_view::npos ? std::string_view() : classes.substr(bar + 1);
+  }
+  return false;
+}
 
 // The name offered in the save dialog: the open file's name with the
 // format's extension.
@@ -350,7 +366,7 @@ std::string Save_Name_Offered(const Session& s, const Save_Kind& kind) {
 // Writes `path` so that an existing file survives a failed write: it is
 // renamed with ".$" behind its name first, removed after a good write and
 // renamed back after a bad one.
-int Write_Keeping_Old(Session& s, const std::string& path, Write_Fn writer) {
+int Write_Keeping_Old(Session& s, const std::string& path, const std::function<int(Session&, const std::string&)>& writer) {
   std::error_code ec;
   const std::string kept = path + ".$";
   const bool existed = fs::exists(path, ec);
@@ -377,7 +393,8 @@ int Write_Keeping_Old(Session& s, const std::string& path, Write_Fn writer) {
 // The save frame shared by every format: name, in-use check, the write that
 // keeps an old file until it succeeds, and for the native formats the marks
 // of a saved data set.
-int Save_As(Session& s, const std::string& given, Write_Fn writer, const Save_Kind& kind) {
+int Save_As(Session& s, const std::string& given, const std::function<int(Session&, const std::string&)>& writer,
+            const Save_Kind& kind) {
   if (!session::Confirm_Mode_Exit(s)) return 1;
   std::string path = given;
   for (;;) {
@@ -392,7 +409,7 @@ int Save_As(Session& s, const std::string& given, Write_Fn writer, const Save_Ki
       if (!answer) return 1;
       path = answer->path;
     }
-    if (kind.file_class != nullptr && Extension_Class(path) != kind.file_class) {
+    if (kind.file_class != nullptr && !Extension_In(path, kind.file_class)) {
       const int16_t a = Show_Message(s, kind.wrong_ext, Style_Yes_No | Icon_Exclamation, "ファイル名エラー");
       if (a == Msg_Yes && given.empty()) continue;
       return 1;
@@ -432,6 +449,14 @@ int m181_Click(Session& s, const std::string& path) {
 
 int m183_Click(Session& s, const std::string& path) {
   return Save_As(s, path, Write_Jcamp_Compact, Jcamp_Compact_Save);
+}
+
+int m18_Click(Session& s, const std::string& path) {
+  const int choice = s.ui->Choose("ASCIIデータの設定", "", Ascii_Mode_Captions(), 0);
+  if (choice < 0) return 1;
+  const std::string mode = Ascii_Modes[choice];
+  return Save_As(
+      s, path, [mode](Session& t, const std::string& p) { return Write_Ascii(t, p, 0, mode); }, Ascii_Save);
 }
 
 }  // namespace tevo::datafiles

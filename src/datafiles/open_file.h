@@ -82,4 +82,10 @@ int m13_Click(Session& s, const std::string& path = {}, Write_Fn writer = Write_
 int m181_Click(Session& s, const std::string& path = {});
 int m183_Click(Session& s, const std::string& path = {});
 
+// The ASCII export of the main spectrum's current row: the choice of values
+// (NMR1D_Form104, "ASCIIデータの設定"; the first, the data as they stand, is
+// offered), then the name, which must end in .txt, .dat or .asc. Returns 0
+// written, 1 cancelled or refused, -1 write failure.
+int m18_Click(Session& s, const std::string& path = {});
+
 }  // namespace tevo::datafiles

@@ -29,16 +29,20 @@ const Open_Route kRoutes[] = {
     {".LAM",                   false, false, nullptr,            R::Has_2D,  nullptr,             true,  "LAMBDA1", 0, "LAMBDA2", 2},
     {".NUT",                   false, false, nullptr,            R::First_V, nullptr,             true,  "NUTS1", 0, "NUTS2", 2},
     {".MSL",                   false, false, nullptr,            R::First_V, nullptr,             true,  "MSL1", 0, "MSL2", 2},
-    {"FID|.BRUF|.VARF",        false, false, Check_Bruker_Fid_Folder, R::First_V, Read_Bruker_Fid, false, "BRUKER1", 0, "VARIAN2", 2},
+    {".BRUF/SER",              false, false, Check_Bruker_Fid_Folder, R::Always, nullptr,       false, "BRU2F", 2, "BRU2F", 2},
+    {".BRUD/2RR",              false, false, Check_Bruker_Processed_Folder, R::Always, nullptr, false, "BRU2D", 6, "BRU2D", 6},
+    {"FID|.BRUF|.VARF",        false, false, Check_Bruker_Fid_Folder, R::Varian_First_V, Read_Bruker_Fid, false, "BRUKER1", 0, "VARIAN2", 2},
     {".BRUA",                  false, false, Check_Bruker_Fid_Folder, R::None, Read_Bruker_Fid, false, "BRUKER1", 0, "BRUKER2", 2},
     {".BRUP|.BRUD|1R",         false, false, Check_Bruker_Processed_Folder, R::None, Read_Bruker_Spectrum, false, "BRUKER1R", 0, "BRUKER2RR", 2},
     {"DATA|PHASEFILE|.VARD|.CMX", false, false, nullptr,         R::First_V, nullptr,             false, "VAR1", 1, "VAR2D", 6},
     {".IMPORT",                false, false, nullptr,            R::First_V, nullptr,             false, "MAC", 0, "MAC", 2},
-    {"SER",                    false, false, nullptr,            R::None,    nullptr,             false, "BRUKER2", 2, "BRUKER2", 2},
-    {"2RR",                    false, false, nullptr,            R::None,    nullptr,             false, "BRUKER2RR", 2, "BRUKER2RR", 2},
+    {"SER",                    false, false, Check_Bruker_Fid_Folder, R::Always, nullptr,       false, "BRUKER2", 2, "BRUKER2", 2},
+    {"2RR",                    false, false, Check_Bruker_Processed_Folder, R::Always, nullptr, false, "BRUKER2RR", 2, "BRUKER2RR", 2},
 };
 
 bool Token_Fits(std::string_view token, const Recognition& r) {
+  if (const size_t slash = token.find('/'); slash != std::string_view::npos)
+    return Token_Fits(token.substr(0, slash), r) && Token_Fits(token.substr(slash + 1), r);
   if (!token.empty() && token[0] == '.') return Class_Is(r.file_class, std::string(token));
   return r.base_name == token;
 }
@@ -63,6 +67,8 @@ bool Is_2D(const Open_Route& route, const Kind_Check& k) {
     case R::First_2: return !k.kind.empty() && k.kind[0] == '2';
     case R::Status_2: return k.status == 2;
     case R::Has_2D: return k.kind.find("2D") != std::string::npos;
+    case R::Varian_First_V: return k.varian && !k.kind.empty() && k.kind[0] == 'V';
+    case R::Always: return true;
     case R::None: break;
   }
   return false;

@@ -24,6 +24,8 @@ enum class Refuse_2D : uint8_t {
   First_2,  // the kind text starts with "2"
   Status_2,  // the check returned status 2
   Has_2D,  // the kind text contains "2D"
+  Varian_First_V,  // a Varian check's kind text starts with "V"
+  Always,  // the class is 2D by its name (a marker file that found "ser" or "2rr")
 };
 
 using Check_Fn = Kind_Check (*)(const std::string& path);
@@ -34,7 +36,9 @@ using Read_Fn = int (*)(Session& s, const std::string& path);
 using Resolve_Fn = std::string (*)(const std::string& path, int& status);
 
 struct Open_Route {
-  const char* match;  // "|"-separated classes (".GXD|.GXP") and base names ("FID")
+  // "|"-separated classes (".GXD|.GXP"), base names ("FID") and both at
+  // once (".BRUF/SER": class .BRUF whose data file is "ser")
+  const char* match;
   bool in_use_test;  // refuse a file that another copy has open
   bool twin;  // a twin pair (.GXD/.GXP, .FID/.HED): the data member is checked and read
   Check_Fn check;  // null: the class has no check of its own

@@ -200,6 +200,17 @@ void Rules_Before_Sniff(Recognition& r) {
   }
 }
 
+// A path naming an experiment folder stands for its data file: the raw
+// "fid", or the first processed spectrum "pdata/1/1r" when there is none.
+// Any other path is kept.
+std::string Experiment_Data_File(const std::string& path) {
+  std::error_code ec;
+  if (!fs::is_directory(path, ec)) return path;
+  if (std::string fid = Find_In_Folder(path, "fid"); !fid.empty()) return fid;
+  if (std::string r1 = Find_In_Folder((fs::path(path) / "pdata" / "1").string(), "1r"); !r1.empty()) return r1;
+  return path;
+}
+
 // The class a recognised content imposes, whatever the name says.
 void Rules_After_Sniff(Recognition& r) {
   static const std::pair<const char*, const char*> by_tag[] = {
@@ -223,9 +234,9 @@ void Rules_After_Sniff(Recognition& r) {
 
 Recognition Classify_File(Session& s, const std::string& path) {
   Recognition r;
-  r.path = path;
-  r.file_class = Extension_Class(path);
-  r.data_folder = Folder_Of(path);
+  r.path = Experiment_Data_File(path);
+  r.file_class = Extension_Class(r.path);
+  r.data_folder = Folder_Of(r.path);
   // An extension the operator bound to a data type takes that type's class.
   if (std::string bound = User_Extension_Class(User_Extensions_Of(s), r.file_class); !bound.empty())
     r.file_class = bound;

@@ -12,6 +12,8 @@
 #include "platform/ui.h"
 #include "session/messages.h"
 #include "session/session.h"
+#include "session/settings_files.h"
+#include "session/startup.h"
 
 namespace tevo::datafiles {
 
@@ -96,6 +98,16 @@ int Reader_Refuse(Session& s, const std::string& text) {
   s.ui->Beep();
   Show_Message(s, text, Style_OK | Icon_Exclamation, "Dataエラー");
   return 1;
+}
+
+int Write_Export_Lines(Session& s, const std::string& path, const std::vector<std::string>& lines) {
+  errno = 0;
+  if (!session::Write_Text_Lines(path, lines)) {
+    Disk_Error_Text(s, errno != 0 ? Error_Number_From_Errno(errno) : 57, "");
+    return -1;
+  }
+  session::Write_Log(s, "Write", path);
+  return 0;
 }
 
 int Reader_Fail(Session& s, int error_number, const std::string& location) {

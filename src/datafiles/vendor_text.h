@@ -47,6 +47,10 @@ int Reader_Refuse(Session& s, const std::string& text);
 // returns -1.
 int Reader_Fail(Session& s, int error_number, const std::string& location);
 
+// Writes an export's lines (UTF-8, written as Shift-JIS with CR LF) and logs
+// "Write"; on failure the file error message. Returns 0 written, -1 failed.
+int Write_Export_Lines(Session& s, const std::string& path, const std::vector<std::string>& lines);
+
 // Round to nearest, ties to even.
 inline double Round_Even(double v) { return std::nearbyint(v); }
 

@@ -90,6 +90,7 @@ struct Data_Param {
   std::string Probe_Name;
   std::string Gradient_Program;
   std::string Pulse_Program;
+  int16_t Window_Code = 0;  // window of the vendor's own processing, numbered as Window_Kind
   float Pulse90 = 0, Pulse90_2 = 0;  // 90-degree pulse widths, first and second channel
   double Irr_Frequency = 0;  // irradiation frequency, MHz
   std::array<float, 32> P_List{}, D_List{}, CNST_List{}, Extra_List{};  // pulse, delay, constant lists

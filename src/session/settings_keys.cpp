@@ -423,7 +423,7 @@ constexpr Setting_Def kKeys[] = {
     F("DEPT CH 135").Not_Read(),
     F("DEPT CH 45").Not_Read(),
     F("DEPT CH 90").Not_Read(),
-    // Printer, extensions, misc. (23)
+    // Printer, extensions, misc. (24)
     S("USER PRINTER"),
     S("USER EXTENSION 1", ".BRUD").Not_Read(),
     I("USER EXT NUM 1", 0).Not_Read(),
@@ -447,6 +447,8 @@ constexpr Setting_Def kKeys[] = {
     F("Y AXIS RATIO"),
     F("X AXIS RATIO"),
     I("INSEN MODE"),
+    // 1: the integers of a processed Bruker spectrum are scaled by 2^NC_proc
+    I("BRUKER NC SCALE", 1),
     // Edit-view style (DISP) (53)
     C("DISP X-AXIS COL"),
     C("DISP PEAK COL"),
@@ -730,7 +732,7 @@ constexpr Setting_Def kKeys[] = {
     Rep("OPERATOR INDEX"),
     Rep("PARA TABLE"),
 };
-static_assert(sizeof kKeys / sizeof kKeys[0] == 679, "the settings file has 679 keys");
+static_assert(sizeof kKeys / sizeof kKeys[0] == 680, "the settings file has 680 keys");
 
 // Read under another name than the one written, or read and never written.
 constexpr Read_Only_Key kReadOnly[] = {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <tuple>
 
 #include "datafiles/bruker.h"
 #include "datafiles/decoders.h"
@@ -97,13 +98,14 @@ TEST(Bruker, ProcessedSpectraOpenWithTheAxisOfProcs) {
     double offset, sw_p, sf;
     float ymax, ymin;  // ##$YMAX_P, ##$YMIN_P
     float file_first, file_last;  // first and last int32 of 1r
+    int nc;  // ##$NC_proc: the points are the integers times 2^nc
     std::string title;
   };
   const std::vector<Expected> spectra = {
       {"aspirin-1h-processed/1", 15.47866, 4789.27203065133, 300.13, 440597001.f, -43221.f,
-       -1896.f, -114.f, ""},
+       -1896.f, -114.f, -2, ""},
       {"cyclosporin_1h/cyclosporin_1h/1", 9.99032, 5494.5054945055, 500.13, 455613096.f,
-       -4469335.f, -713129.f, -975781.f, "1H Cyclosporin"},
+       -4469335.f, -713129.f, -975781.f, -8, "1H Cyclosporin"},
   };
   for (const Expected& e : spectra) {
     SCOPED_TRACE(e.folder);
@@ -122,11 +124,12 @@ TEST(Bruker, ProcessedSpectraOpenWithTheAxisOfProcs) {
       EXPECT_NEAR(q.s.Spec_Axis[0], e.offset - (n - 1) * e.sw_p / n / e.sf, 1e-5);
       EXPECT_NEAR(q.s.Observe_Frequency, (e.offset * e.sf - e.sw_p / 2) * 1e-6 + e.sf, 1e-9);
       // The file runs from high to low ppm: its first point is the top index.
-      EXPECT_EQ(q.s.Spec_Re(n - 1), e.file_first);
-      EXPECT_EQ(q.s.Spec_Re(0), e.file_last);
+      const float k = std::ldexp(1.0f, e.nc);
+      EXPECT_EQ(q.s.Spec_Re(n - 1), e.file_first * k);
+      EXPECT_EQ(q.s.Spec_Re(0), e.file_last * k);
       const auto* re = &q.s.Spec_Re(0);
-      EXPECT_EQ(*std::max_element(re, re + n), e.ymax);
-      EXPECT_EQ(*std::min_element(re, re + n), e.ymin);
+      EXPECT_EQ(*std::max_element(re, re + n), e.ymax * k);
+      EXPECT_EQ(*std::min_element(re, re + n), e.ymin * k);
       EXPECT_NE(q.s.Spec_Im(n - 1), 0.0f);
       if (!e.title.empty()) EXPECT_EQ(q.s.Param.COMNT, e.title);
     }
@@ -250,6 +253,102 @@ TEST(Bruker, WordFormatByteOrderAndLabelRules) {
     double mr = 0;
     for (int k = 20; k < 32; ++k) mr += 0.25 * 2 * k;
     EXPECT_NEAR(q.s.Fid_Re(3), 1.5 - mr / 12, 1e-6);
+  }
+}
+
+// Replaces the first `from` in a text file by `to`.
+void Edit_Text(const fs::path& file, const std::string& from, const std::string& to) {
+  std::string t = test::Read_Text(file);
+  const std::size_t at = t.find(from);
+  ASSERT_NE(at, std::string::npos) << from;
+  t.replace(at, from.size(), to);
+  test::Write_Text(file, t);
+}
+
+TEST(Bruker, AcquisitionValuesReachTheNativeFileAndFaultyLabelsAreRefused) {
+  // A NOESY of the coffee series: a probe name broken over two lines, a
+  // gradient program, the lists, ##$WDW= 1, ##$NC_proc= -3, the title in
+  // pdata/1 and no title beside the fid.
+  test::Temp_Dir dir;
+  const fs::path e = dir / "12", proc = e / "pdata" / "1";
+  fs::copy(test::Test_Data_File("bruker-data-test@1.0.0/data/flat/coffee/UV1010_M1-1003-1002_6268756_ErISKLIoeB/12"),
+           e, fs::copy_options::recursive);
+  Quiet_Session fid;
+  ASSERT_EQ(Read_Bruker_Fid(fid.s, e.string()), 0);
+  const Data_Param& p = fid.s.Param;
+  EXPECT_EQ(p.Probe_Name, "5 mm PABBO BB-1H/D Z-GRD Z104450/0119");
+  EXPECT_EQ(p.Gradient_Program, "grad_out");
+  EXPECT_FLOAT_EQ(p.P_List[2], 20.02696f);
+  EXPECT_FLOAT_EQ(p.D_List[16], 0.0002f);
+  EXPECT_FLOAT_EQ(p.CNST_List[2], 145.0f);
+  EXPECT_EQ(p.COMNT, "COFFEE_meoh_noesyp64.lims COFFEE_calctemp {C:\\Bruker\\TOPSPIN} COFFEE 5");
+  EXPECT_EQ(fid.s.Fid_Points, 32768);
+
+  Quiet_Session spec;
+  ASSERT_EQ(Read_Bruker_Spectrum(spec.s, (proc / "1r").string()), 0);
+  EXPECT_EQ(spec.s.Param.Window_Code, 3);
+  EXPECT_EQ(spec.s.Param.Gradient_Program, "grad_out");
+  const std::string saved = (dir / "noesy.tv1").string();
+  ASSERT_EQ(Write_Native(spec.s, saved), 0);
+  Quiet_Session back;
+  ASSERT_EQ(Read_Native(back.s, saved), 0);
+  EXPECT_EQ(back.s.Param.Probe_Name, "5 mm PABBO BB-1H/D Z-GRD Z104450");  // the field's 32 bytes
+  EXPECT_EQ(back.s.Param.Gradient_Program, "grad_out");
+  EXPECT_EQ(back.s.Param.P_List, spec.s.Param.P_List);
+  EXPECT_EQ(back.s.Param.D_List, spec.s.Param.D_List);
+  EXPECT_EQ(back.s.Param.CNST_List, spec.s.Param.CNST_List);
+  EXPECT_EQ(back.s.Param.Window_Code, 3);
+
+  // The 1r integers are intensity / 2^NC_proc: a copy stored two bits
+  // coarser with NC_proc -1 gives the same spectrum within those bits.
+  {
+    auto bytes = test::Read_Bytes(proc / "1r");
+    for (std::size_t at = 0; at + 4 <= bytes.size(); at += 4)
+      Put_LE_Int32(bytes, at, Decode_LE_Int32(bytes, at) >> 2);
+    const fs::path coarse = dir / "coarse";
+    fs::copy(e, coarse, fs::copy_options::recursive);
+    test::Write_Bytes(coarse / "pdata" / "1" / "1r", bytes);
+    Edit_Text(coarse / "pdata" / "1" / "procs", "##$NC_proc= -3", "##$NC_proc= -1");
+    Quiet_Session c;
+    ASSERT_EQ(Read_Bruker_Spectrum(c.s, (coarse / "pdata" / "1" / "1r").string()), 0);
+    // Two dropped bits are 3/8 at most, besides the real32 rounding.
+    float top = 0;
+    int32_t apart = 0;
+    for (int32_t i = 0; i < c.s.Spec_Points; ++i) {
+      const float v = spec.s.Spec_Re(i);
+      apart += std::fabs(c.s.Spec_Re(i) - v) > 0.375f + std::fabs(v) * 2.4e-7f;
+      top = std::max(top, v);
+    }
+    EXPECT_EQ(apart, 0);
+    EXPECT_GT(top, 1e5f);
+    // "BRUKER NC SCALE" 0: the integers as they stand.
+    Quiet_Session raw;
+    raw.s.settings.Set("BRUKER NC SCALE", 0.0);
+    ASSERT_EQ(Read_Bruker_Spectrum(raw.s, (proc / "1r").string()), 0);
+    EXPECT_EQ(raw.s.Spec_Re(100), spec.s.Spec_Re(100) * 8);
+  }
+
+  // An acqus without ##$TD after acqu: acqu's count, halved once.
+  Edit_Text(e / "acqus", "##$TD= 65536", "##$TDX= 65536");
+  Quiet_Session no_td;
+  ASSERT_EQ(Read_Bruker_Fid(no_td.s, e.string()), 0);
+  EXPECT_EQ(no_td.s.Fid_Points, 32768);
+
+  // Byte orders other than 0 and 1, and a negative sweep width: the reader's refusal.
+  const std::vector<std::tuple<fs::path, std::string, std::string>> faults = {
+      {e / "acqus", "##$BYTORDA= 0", "##$BYTORDA= 2"},
+      {proc / "procs", "##$BYTORDP= 0", "##$BYTORDP= -1"},
+      {proc / "procs", "##$SW_p= 8223.68421052632", "##$SW_p= -8223.68421052632"},
+  };
+  for (const auto& [file, from, to] : faults) {
+    SCOPED_TRACE(to);
+    Edit_Text(file, from, to);
+    Quiet_Session q;
+    const bool raw_fid = file.filename() == "acqus";
+    EXPECT_EQ(raw_fid ? Read_Bruker_Fid(q.s, e.string()) : Read_Bruker_Spectrum(q.s, (proc / "1r").string()), 1);
+    EXPECT_EQ(q.Last_Message(), "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+    EXPECT_EQ(q.s.Spec_Points, 0);
+    Edit_Text(file, to, from);
   }
 }
 

@@ -226,6 +226,37 @@ TEST(Jcamp, TruncatedAndDamagedFilesKeepTheFormerData) {
   EXPECT_EQ(RDJ(q.s, (dir / "header.dx").string()), 1);
   EXPECT_EQ(q.s.Spec_Points, 52430);
   EXPECT_EQ(q.s.Spec_Re(100), kept);
+
+  // Numbers beyond a real's range, a line lost from the middle of a table,
+  // a FID without its observe frequency.
+  struct Edit {
+    std::string file, from, to;
+    int status;
+    std::string message;
+  };
+  const std::string overflow = "オーバーフローしました(RDJ/DRW)";
+  const std::vector<Edit> edits = {
+      {"aspirin-1h.dx", "0.146156983357279, 1,  ", "0.146156983357279, 1E300,", -1, overflow},
+      {"aspirin-1h.dx", "##FACTOR=    0.146156983357279,", "##FACTOR=    1E400,", -1, overflow},
+      {"aspirin-1h.dx", "32767a18793J479", "32767 -9E+99J479", -1, overflow},
+      {"Rutin_3080ug200uL_DMSOd6_qHNMR_400MHz_JDX.jdx", "##NPOINTS=\t52430", "##NPOINTS=\t1E20", -1, overflow},
+      {"aspirin-1h.dx", "32749a13453j273M19J319l34j589J58K227J382m52k11N33p63j958j31K262J317\r\n", "", -1,
+       "(RDJ/DRW)"},
+      {"aspirin-1h.fid.dx", "##.OBSERVE FREQUENCY= 300.132250975", "##.OBSERVE FREQUENCY=", 1,
+       "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ"},
+  };
+  for (const Edit& e : edits) {
+    SCOPED_TRACE(e.to.empty() ? e.from : e.to);
+    std::string text = test::Read_Text(Jcamp(e.file));
+    const std::size_t at = text.find(e.from);
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, e.from.size(), e.to);
+    test::Write_Text(dir / "edited.dx", text);
+    EXPECT_EQ(RDJ(q.s, (dir / "edited.dx").string()), e.status);
+    EXPECT_NE(q.Last_Message().find(e.message), std::string::npos) << q.Last_Message();
+    EXPECT_EQ(q.s.Spec_Points, 52430);
+    EXPECT_EQ(q.s.Spec_Re(100), kept);
+  }
 }
 
 TEST(Jcamp, BothWritersReadBackWithinTheQuantisation) {

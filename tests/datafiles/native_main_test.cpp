@@ -217,10 +217,11 @@ TEST(NativeMain, PeaksFollowTheirFrequencyWhenThePointCountChanges) {
   const std::string path = (dir / "peaks.tv1").string();
   ASSERT_EQ(datafiles::Write_Native(s, path), 0);
   std::vector<uint8_t> f = Read_Bytes(path);
-  // Twice the points over the same width, and no data section: the
+  // Twice the points over the same width, one row and no data section: the
   // parameters stand alone and the peaks keep their frequencies.
   datafiles::Put_LE_Int32(f, 1056 + 916, 2048);
-  datafiles::Put_LE_Int32(f, 32 + 28, 0);  // no data section: parameters stand alone
+  datafiles::Put_LE_Int32(f, 1056 + 1108, 1);
+  datafiles::Put_LE_Int32(f, 32 + 28, 0);
   Write_Bytes(path, f);
   Session back;
   platform::Scripted_Ui ui2;
@@ -303,6 +304,55 @@ TEST(NativeMain, PointLimitsBannerAndDamage) {
   platform::Scripted_Ui ui_o;
   test::Quiet_Session(o, ui_o);
   EXPECT_EQ(datafiles::Read_Native(o, p5), -1);
+}
+
+TEST(NativeMain, DataBlocksTheFileCannotHoldAreRefusedBeforeTheArraysGrow) {
+  // Every damage here is found from the head alone: the message of a damaged
+  // file, and no point array sized by the row and point counts it claims
+  // (3000 rows of 524288 points would be 38 GB).
+  test::Temp_Dir dir;
+  platform::Scripted_Ui ui;
+  Session s;
+  test::Quiet_Session(s, ui);
+  test::Fill_Sample_Session(s);
+  const std::string tv1 = (dir / "good.tv1").string(), als = (dir / "good.als").string();
+  ASSERT_EQ(datafiles::Write_Native(s, tv1), 0);
+  ASSERT_EQ(datafiles::Write_Older_Native(s, als), 0);
+  const std::vector<uint8_t> main = Read_Bytes(tv1), older = Read_Bytes(als);
+  const int32_t main_size = static_cast<int32_t>(main.size()), older_size = static_cast<int32_t>(older.size());
+  constexpr size_t Rows = 1056 + 1108, Points = 1056 + 916, Data = 32 + 24;  // main format
+  constexpr size_t Older_Data = 146 + 176 + 8, Older_Rows = 787 + 176;  // version 1.01
+  struct Damage {
+    const char* label;
+    bool older;
+    std::vector<std::pair<size_t, int32_t>> int32s;
+    int16_t older_rows = 0;
+  };
+  const std::vector<Damage> damages = {
+      {"3000 rows, no data section", false, {{Rows, 3000}, {Points, Fft_Table_Size_Max}, {Data + 4, 0}}},
+      {"3000 rows behind the data offset", false, {{Rows, 3000}, {Points, Fft_Table_Size_Max}}},
+      {"negative data offset", false, {{Data, -16}}},
+      {"data offset behind the end", false, {{Data, main_size + 16}}},
+      {"older: negative data offset", true, {{Older_Data, -64}}},
+      {"older: data offset behind the end", true, {{Older_Data, older_size}}},
+      {"older: rows the file cannot hold", true, {}, 30000},
+  };
+  for (const Damage& d : damages) {
+    SCOPED_TRACE(d.label);
+    std::vector<uint8_t> f = d.older ? older : main;
+    for (const auto& [at, v] : d.int32s) datafiles::Put_LE_Int32(f, at, v);
+    if (d.older_rows) datafiles::Put_LE_Int16(f, Older_Rows, d.older_rows);
+    const std::string path = (dir / (d.older ? "bad.als" : "bad.tv1")).string();
+    Write_Bytes(path, f);
+    Session t;
+    platform::Scripted_Ui ui_t;
+    test::Quiet_Session(t, ui_t);
+    EXPECT_EQ(d.older ? datafiles::Read_Older_Native(t, path) : datafiles::Read_Native(t, path), 1);
+    ASSERT_EQ(ui_t.shown.size(), 1u);
+    EXPECT_EQ(ui_t.shown[0].text, "Dataが壊れています");
+    EXPECT_EQ(ui_t.shown[0].title, "Dataエラー");
+    EXPECT_EQ(t.Point_Capacity, 0);
+  }
 }
 
 }  // namespace

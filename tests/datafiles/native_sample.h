@@ -65,6 +65,7 @@ inline void Fill_Sample_Session(Session& s) {
   p.Probe_Name = "5MM TH";
   p.Gradient_Program = "gp1";
   p.Pulse_Program = "zg30";
+  p.Window_Code = 3;
   p.Pulse90 = 9.75f;
   p.Pulse90_2 = 11.25f;
   p.Irr_Frequency = 100.52345678;

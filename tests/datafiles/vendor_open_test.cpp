@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "datafiles/open_file.h"
@@ -124,6 +125,47 @@ TEST_F(Vendor_Open, TwoDimensionalFilesAreRefusedAndTheFormerDataStay) {
   EXPECT_NEAR(s.Observe_Frequency, 300.132250975, 1e-6);
 }
 
+
+TEST_F(Vendor_Open, BrukerFoldersMarkersAndTwoDimensionalSets) {
+  // An experiment folder opens its fid, or pdata/1/1r when it has none.
+  ASSERT_EQ(Open(Bruker("aspirin-1h/1")), 0);
+  EXPECT_EQ(s.Is_Fid, 1);
+  EXPECT_EQ(fs::path(s.Open_Name).filename(), "fid");
+  ASSERT_EQ(Open(Bruker("aspirin-1h-processed/1")), 0);
+  EXPECT_EQ(s.Is_Spectrum, 1);
+  EXPECT_EQ(fs::path(s.Open_Name), fs::path(Bruker("aspirin-1h-processed/1/pdata/1/1r")));
+
+  // A pulse program starting with "V" is no 2D mark in a Bruker folder.
+  const fs::path v = dir / "v" / "1";
+  fs::create_directories(v);
+  for (const char* f : {"acqu", "acqus", "fid"}) fs::copy_file(Bruker(std::string("aspirin-1h/1/") + f), v / f);
+  std::string acqus = test::Read_Text(v / "acqus");
+  acqus.replace(acqus.find("##$PULPROG= <zg30>"), 18, "##$PULPROG= <Vzg30>");
+  test::Write_Text(v / "acqus", acqus);
+  ASSERT_EQ(Open((v / "fid").string()), 0);
+  EXPECT_EQ(s.Param.EXMOD, "Vzg30");
+
+  // A marker file beside "ser" or "2rr" names a 2D data set.
+  const fs::path two = dir / "2d" / "1", two_proc = two / "pdata" / "1";
+  fs::create_directories(two_proc);
+  fs::copy_file(Bruker("aspirin-1h/1/acqus"), two / "acqus");
+  fs::copy_file(Bruker("aspirin-1h-processed/1/pdata/1/procs"), two_proc / "procs");
+  test::Write_Bytes(two / "ser", std::vector<uint8_t>(4096, 0));
+  test::Write_Bytes(two_proc / "2rr", std::vector<uint8_t>(4096, 0));
+  test::Write_Text(two / "Spec.BRUF", "BRUKER\r\n");
+  test::Write_Text(two_proc / "Spec.BRUD", "BRUKER\r\n");
+  for (const auto& [marker, tag, status] : {std::tuple{two / "Spec.BRUF", "BRU2F", 2},
+                                             std::tuple{two_proc / "Spec.BRUD", "BRU2D", 6}}) {
+    SCOPED_TRACE(marker);
+    std::string path = marker.string();
+    const Resolved_File r = Resolve_Data_File(s, path);
+    EXPECT_EQ(r.tag, tag);
+    EXPECT_EQ(r.status, status);
+    EXPECT_EQ(Open(marker.string()), 1);
+    EXPECT_EQ(ui.shown.back().text, "2D Data !");
+    EXPECT_EQ(s.Param.EXMOD, "Vzg30");  // the former data stay
+  }
+}
 
 // One vendor data set copied into the scratch folder so that its data file
 // or its parameter file can be cut or damaged.

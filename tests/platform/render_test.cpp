@@ -5,9 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sys/wait.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -103,19 +100,9 @@ TEST(Render, AspirinFidPaintsItsSpectrumAxisAndCaption) {
   EXPECT_GT(dark_in(w / 2, 0, w, caption_band), 100);
 }
 
-// The command-line program of this build: TEVO_BINARY_DIR when the test
-// runs under CTest, else beside this test binary's folder.
-fs::path Cli_Program() {
-  if (const char* dir = std::getenv("TEVO_BINARY_DIR"); dir && *dir) return fs::path(dir) / "cli" / "tevo1d-cli";
-  return fs::read_symlink("/proc/self/exe").parent_path().parent_path() / "cli" / "tevo1d-cli";
-}
-
-int Run_Command(const std::string& command) {
-  const int status = std::system(command.c_str());
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-std::string Quoted(const fs::path& p) { return "'" + p.string() + "'"; }
+using test::Cli_Program;
+using test::Quoted;
+using test::Run_Command;
 
 TEST(Render, CommandWritesPngAndPdfWithRealJapaneseGlyphs) {
   const fs::path cli = Cli_Program();

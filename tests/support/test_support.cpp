@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <random>
 #include <sstream>
+#include <sys/wait.h>
 
 namespace tevo::test {
 
@@ -21,6 +23,19 @@ Temp_Dir::~Temp_Dir() {
   std::error_code ec;
   std::filesystem::remove_all(path_, ec);
 }
+
+std::filesystem::path Cli_Program() {
+  if (const char* dir = std::getenv("TEVO_BINARY_DIR"); dir && *dir)
+    return std::filesystem::path(dir) / "cli" / "tevo1d-cli";
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() / "cli" / "tevo1d-cli";
+}
+
+int Run_Command(const std::string& command) {
+  const int status = std::system(command.c_str());
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string Quoted(const std::filesystem::path& p) { return "'" + p.string() + "'"; }
 
 std::filesystem::path Test_Data_Dir() {
   if (const char* env = std::getenv("TEVO_TESTDATA_DIR"); env && *env) return env;

@@ -30,6 +30,14 @@ class Temp_Dir {
 std::filesystem::path Test_Data_Dir();
 std::filesystem::path Test_Data_File(const std::string& relative);
 
+// The command-line program of this build (TEVO_BINARY_DIR when the test
+// runs under CTest, else beside the test program's folder), a command run
+// through the shell with its exit code (-1 when it did not exit), and a
+// path quoted for the shell.
+std::filesystem::path Cli_Program();
+int Run_Command(const std::string& command);
+std::string Quoted(const std::filesystem::path& p);
+
 std::vector<uint8_t> Read_Bytes(const std::filesystem::path& p);
 void Write_Bytes(const std::filesystem::path& p, const std::vector<uint8_t>& bytes);
 void Write_Text(const std::filesystem::path& p, const std::string& text);
