@@ -34,6 +34,7 @@
 #include "plot_widget.h"
 #include "range_dialog.h"
 #include "reference_panel.h"
+#include "required_files_dialog.h"
 #include "signal/phase_mode.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
@@ -143,6 +144,14 @@ void Main_Window::Build_Panels() {
 
 void Main_Window::Connect_Commands() {
   connect(Action("NM1D_m11"), &QAction::triggered, this, [this] { Open({}); });
+  connect(Action("NM1D_m112"), &QAction::triggered, this, [this] {
+    datafiles::NM1D_m112_Click(session_, Fid_Request({}));
+    Refresh_State();
+  });
+  connect(Action("m47"), &QAction::triggered, this, [this] {
+    Required_Files_Dialog form(session_, this);
+    form.exec();
+  });
   connect(Action("m10"), &QAction::triggered, this, [this] { Save({}); });
   // The other formats: the older native one, the two JCAMP-DX and the ASCII exports.
   for (const auto& [id, command] : {std::pair{"m13", &Save_Older}, std::pair{"m181", &datafiles::m181_Click},
@@ -297,7 +306,7 @@ void Main_Window::Start(const std::string& home, const std::string& exe_path, co
   Refresh_State();
 }
 
-int Main_Window::Open(const std::string& path) {
+datafiles::Open_Request Main_Window::Fid_Request(const std::string& path) {
   datafiles::Open_Request request;
   request.path = path;
   request.fid_window = [this](Session&) {
@@ -305,7 +314,11 @@ int Main_Window::Open(const std::string& path) {
     window.exec();
     return window.Result();
   };
-  const int status = datafiles::NM1D_m11_Click(session_, request);
+  return request;
+}
+
+int Main_Window::Open(const std::string& path) {
+  const int status = datafiles::NM1D_m11_Click(session_, Fid_Request(path));
   Refresh_State();
   return status;
 }

@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 
+#include "datafiles/open_file.h"
 #include "qt_ui.h"
 #include "session/session.h"
 
@@ -71,6 +72,8 @@ class Main_Window : public QMainWindow {
 
  private:
   void Build_Panels();
+  // An open request whose FID goes through the processing window.
+  datafiles::Open_Request Fid_Request(const std::string& path);
   void Connect_Commands();
   void Rebuild_Recent_Menu();
   void On_Files_Dropped(const QStringList& paths);

@@ -15,6 +15,7 @@
 
 #include "bruker_dialog.h"
 #include "instrument_dialogs.h"
+#include "parameter_table_dialog.h"
 #include "user_dialog.h"
 #include "session/messages.h"
 
@@ -193,6 +194,15 @@ std::optional<std::string> Qt_Ui::Ask_User(const std::vector<std::string>& users
   User_Dialog form(users, initial, parent_);
   if (form.exec() != QDialog::Accepted) return std::nullopt;
   return form.Name();
+}
+
+std::optional<std::vector<platform::Param_Row>> Qt_Ui::Edit_Parameters(const std::string& form,
+                                                                       const std::string& title,
+                                                                       const std::vector<platform::Param_Row>& rows,
+                                                                       const platform::Param_Check& check) {
+  Parameter_Table_Dialog dialog(form, title, rows, check, parent_);
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return dialog.Rows();
 }
 
 }  // namespace tevo::app

@@ -48,6 +48,10 @@ class Qt_Ui : public platform::Ui {
                                       const std::string& initial) override;
   // The user window NMR1D_Form01.
   std::optional<std::string> Ask_User(const std::vector<std::string>& users, const std::string& initial) override;
+  // NMR1D_Form103 and NMR1D_Form103_CSV.
+  std::optional<std::vector<platform::Param_Row>> Edit_Parameters(const std::string& form, const std::string& title,
+                                                                  const std::vector<platform::Param_Row>& rows,
+                                                                  const platform::Param_Check& check) override;
 
  private:
   QWidget* parent_;

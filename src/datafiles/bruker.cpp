@@ -13,6 +13,7 @@
 
 #include "datafiles/decoders.h"
 #include "datafiles/nucleus.h"
+#include "datafiles/parameter_forms.h"
 #include "datafiles/vendor_text.h"
 #include "platform/ui.h"
 #include "session/messages.h"
@@ -456,9 +457,8 @@ int Read_Title(const std::string& path, std::string& comment) {
 int16_t Decide_Word_Format(Session& s, std::size_t length, int32_t td, bool y_has_point, bool ask) {
   if (td > 0 && length / static_cast<std::size_t>(td) == 8) return 3;
   if (y_has_point && ask) {
-    const int c = s.ui->Choose("データ形式", "データの数値形式を選んでください",
-                               {"SINGLE", "DOUBLE", "INTEGER"}, 0);
-    return c == 0 ? 2 : c == 1 ? 3 : 0;
+    const std::string word = Form120(s);
+    return word == "SINGLE" ? 2 : word == "DOUBLE" ? 3 : 0;
   }
   return 0;
 }

@@ -206,17 +206,21 @@ std::string Open_Pattern(const Session& s, int index) {
   }
 }
 
-// Asks for the file to open; empty when cancelled.
-std::string Ask_Open_Path(Session& s) {
+// The filter of the CSV open.
+constexpr int Csv_Filter_Index = 5;
+
+// Asks for the file to open, the dialog on filter `forced` (0: the
+// remembered one, which the chosen one replaces); empty when cancelled.
+std::string Ask_Open_Path(Session& s, int forced) {
   platform::File_Request req;
   req.title = "読み込み";
   req.filter = Open_Filter(s);
-  req.filter_index = Setting_Int(s, "INITIATL FILE", 1);
+  req.filter_index = forced > 0 ? forced : Setting_Int(s, "INITIATL FILE", 1);
   req.initial_name = Open_Pattern(s, req.filter_index);
   req.initial_dir = s.Data_Folder.empty() ? s.Start_Folder : s.Data_Folder;
   auto answer = s.ui->Open_File(req);
   if (!answer) return {};
-  Store_Setting(s, "INITIATL FILE", answer->filter_index);
+  if (forced <= 0) Store_Setting(s, "INITIATL FILE", answer->filter_index);
   return answer->path;
 }
 
@@ -242,7 +246,7 @@ int NM1D_m11_Click(Session& s, const Open_Request& request) {
   std::string path = request.path;
   Recognition r;
   for (;;) {
-    if (path.empty()) path = Ask_Open_Path(s);
+    if (path.empty()) path = Ask_Open_Path(s, request.filter_index);
     if (path.empty()) return 1;
     r = Classify_File(s, path);
     if (r.sniff.status < 0) return -1;
@@ -290,6 +294,11 @@ int NM1D_m11_Click(Session& s, const Open_Request& request) {
   Update_Scale_Values(s);
   if (s.Spec_Points > 0 && !s.Spec_Re.Empty()) Build_Disp_Arrays(s, 0);
   return 0;
+}
+
+int NM1D_m112_Click(Session& s, Open_Request request) {
+  request.filter_index = Csv_Filter_Index;
+  return NM1D_m11_Click(s, request);
 }
 
 Resolved_File Resolve_Data_File(Session& s, std::string& path) {

@@ -33,6 +33,9 @@ struct Open_Request {
   // "OKX" (kept as it is) or "" (given up: the former data come back).
   // Unset: the FID stays as read.
   std::function<std::string(Session&)> fid_window;
+  // The filter the file dialog starts with (1-based); 0 the remembered one
+  // ("INITIATL FILE"), which a chosen filter then replaces.
+  int filter_index = 0;
 };
 
 // The open command: mode interlock, unsaved-data prompt, file dialog,
@@ -41,6 +44,10 @@ struct Open_Request {
 // loaded, 1 refused or cancelled (the former data set stays), -1 failure
 // (the former data set was read back).
 int NM1D_m11_Click(Session& s, const Open_Request& request);
+
+// The open with the file dialog on the CSV filter ("CSVデータ(*.csv)"),
+// leaving the remembered filter as it was.
+int NM1D_m112_Click(Session& s, Open_Request request);
 
 // The read of one classified file inside its frame: work copy of the
 // current data, overlay question, reset, check, 2D refusal, reader; on a

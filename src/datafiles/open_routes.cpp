@@ -2,9 +2,15 @@
 
 #include <string_view>
 
+#include "datafiles/aspect.h"
 #include "datafiles/bruker.h"
+#include "datafiles/chemagnetics.h"
+#include "datafiles/csv_import.h"
+#include "datafiles/ge_omega.h"
 #include "datafiles/jcamp.h"
 #include "datafiles/jeol_jdf.h"
+#include "datafiles/mac_fid.h"
+#include "datafiles/nuts.h"
 
 namespace tevo::datafiles {
 
@@ -22,20 +28,20 @@ const Open_Route kRoutes[] = {
     {".TVO1|.TVO2",            true,  false, Check_Native_V4,    R::First_V, Read1D_DataTevoV4_2, true,  "TEVO1_V4", 0, "TEVO2D_V4", 2},
     {".ECP",                   false, false, Check_Ecp,          R::Status_2, Read_Ecp,           false, "ECP1", 1, "ECP2", 2},
     {".GXD|.GXP",              false, true,  nullptr,            R::First_V, nullptr,             false, "GXD1", 0, "GXD2", 2},
-    {".CSV",                   false, false, nullptr,            R::None,    nullptr,             false, "", 0, "", 0},
-    {".FID|.HED",              false, true,  nullptr,            R::First_V, nullptr,             false, "GE1", 0, "GE2", 2},
+    {".CSV",                   false, false, Check_Csv,          R::None,    Read_Csv,            false, "", 0, "", 0},
+    {".FID|.HED",              false, true,  RMGEO,              R::First_V, Read_Ge_Omega,       false, "GE1", 0, "GE2", 2},
     {".DX|.JDX",               false, false, RMJ,                R::Status_2, Read_Jcamp,         false, "JCAMP1", 0, "JCAMP2", 2},
     {".ALP",                   false, false, nullptr,            R::Has_2D,  nullptr,             true,  "ALPHA1", 0, "ALPHA2", 2},
     {".LAM",                   false, false, nullptr,            R::Has_2D,  nullptr,             true,  "LAMBDA1", 0, "LAMBDA2", 2},
-    {".NUT",                   false, false, nullptr,            R::First_V, nullptr,             true,  "NUTS1", 0, "NUTS2", 2},
-    {".MSL",                   false, false, nullptr,            R::First_V, nullptr,             true,  "MSL1", 0, "MSL2", 2},
+    {".NUT",                   false, false, RMNut,              R::First_V, RDNut,               true,  "NUTS1", 0, "NUTS2", 2},
+    {".MSL",                   false, false, Check_Msl,          R::First_V, ReadDataMSL_2,       true,  "MSL1", 0, "MSL2", 2},
     {".BRUF/SER",              false, false, Check_Bruker_Fid_Folder, R::Always, nullptr,       false, "BRU2F", 2, "BRU2F", 2},
     {".BRUD/2RR",              false, false, Check_Bruker_Processed_Folder, R::Always, nullptr, false, "BRU2D", 6, "BRU2D", 6},
     {"FID|.BRUF|.VARF",        false, false, Check_Bruker_Fid_Folder, R::Varian_First_V, Read_Bruker_Fid, false, "BRUKER1", 0, "VARIAN2", 2},
     {".BRUA",                  false, false, Check_Bruker_Fid_Folder, R::None, Read_Bruker_Fid, false, "BRUKER1", 0, "BRUKER2", 2},
     {".BRUP|.BRUD|1R",         false, false, Check_Bruker_Processed_Folder, R::None, Read_Bruker_Spectrum, false, "BRUKER1R", 0, "BRUKER2RR", 2},
-    {"DATA|PHASEFILE|.VARD|.CMX", false, false, nullptr,         R::First_V, nullptr,             false, "VAR1", 1, "VAR2D", 6},
-    {".IMPORT",                false, false, nullptr,            R::First_V, nullptr,             false, "MAC", 0, "MAC", 2},
+    {"DATA|PHASEFILE|.VARD|.CMX", false, false, RMCmx,           R::None,    Read_Cmx,            false, "CMX1", 1, "CMX1", 1},
+    {".IMPORT",                false, false, Check_Mac,          R::First_V, Read_Mac_Fid,        false, "MAC", 0, "MAC", 2},
     {"SER",                    false, false, Check_Bruker_Fid_Folder, R::Always, nullptr,       false, "BRUKER2", 2, "BRUKER2", 2},
     {"2RR",                    false, false, Check_Bruker_Processed_Folder, R::Always, nullptr, false, "BRUKER2RR", 2, "BRUKER2RR", 2},
 };

@@ -1,5 +1,6 @@
 #include "datafiles/vendor_text.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdio>
@@ -7,6 +8,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <new>
+#include <stdexcept>
 
 #include "datafiles/text_lines.h"
 #include "platform/ui.h"
@@ -91,6 +94,42 @@ std::string Observe_Text_Of(double mhz) {
   char buf[64];
   std::snprintf(buf, sizeof buf, "%.2f", std::floor(mhz * 20 + 0.5) / 20);
   return buf;
+}
+
+int Guarded_Read(Session& s, const std::string& location, const std::function<int()>& body) {
+  try {
+    s.ui->Wait_Cursor(true);
+    const int status = body();
+    s.ui->Wait_Cursor(false);
+    return status;
+  } catch (const std::out_of_range&) {
+    return Reader_Fail(s, 62, location);
+  } catch (const std::bad_alloc&) {
+    return Reader_Fail(s, 7, location);
+  } catch (const std::exception&) {
+    return Reader_Fail(s, 57, location);
+  }
+}
+
+std::string NMR1D_Form102(Session& s) {
+  const int c = s.ui->Choose("FID/Spectrum選択(Fourie変換？)", "",
+                             {"Spectrum：変換済みデータ", "FID：未変換データ"}, 0);
+  return c == 0 ? "1" : c == 1 ? "0" : "";
+}
+
+float To_Real32(double v) {
+  if (std::isnan(v)) return 0.0f;
+  return static_cast<float>(std::clamp(v, -3.4028234663852886e38, 3.4028234663852886e38));
+}
+
+int32_t To_Int32(double v) {
+  if (std::isnan(v)) return 0;
+  return static_cast<int32_t>(std::clamp(v, -2147483648.0, 2147483647.0));
+}
+
+int16_t To_Int16(double v) {
+  if (std::isnan(v)) return 0;
+  return static_cast<int16_t>(std::clamp(v, -32768.0, 32767.0));
 }
 
 int Reader_Refuse(Session& s, const std::string& text) {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,7 +52,24 @@ int Reader_Fail(Session& s, int error_number, const std::string& location);
 // "Write"; on failure the file error message. Returns 0 written, -1 failed.
 int Write_Export_Lines(Session& s, const std::string& path, const std::vector<std::string>& lines);
 
+// The edge of a reader: runs `body` under the hourglass and returns its
+// status with the normal cursor back. A read past the end of the bytes
+// (std::out_of_range, error 62), memory exhausted (7) or any other exception
+// (57) becomes the reader's failure at `location`.
+int Guarded_Read(Session& s, const std::string& location, const std::function<int()>& body);
+
+// NMR1D_Form102, "FID/Spectrum選択(Fourie変換？)": asked where a file can't
+// tell whether it holds a spectrum or a FID. Returns "1" spectrum, "0" FID,
+// "" when cancelled.
+std::string NMR1D_Form102(Session& s);
+
 // Round to nearest, ties to even.
 inline double Round_Even(double v) { return std::nearbyint(v); }
+
+// A number a file gave, stored in a narrower field: clamped to the field's
+// range (NaN gives 0), so that no value of a damaged file overflows.
+float To_Real32(double v);
+int32_t To_Int32(double v);
+int16_t To_Int16(double v);
 
 }  // namespace tevo::datafiles

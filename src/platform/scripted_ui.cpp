@@ -43,6 +43,21 @@ std::optional<std::string> Scripted_Ui::Ask_Text(const std::string&, const std::
   return t;
 }
 
+std::optional<std::vector<Param_Row>> Scripted_Ui::Edit_Parameters(const std::string&, const std::string&,
+                                                                   const std::vector<Param_Row>& rows,
+                                                                   const Param_Check&) {
+  parameter_tables.push_back(rows);
+  if (parameter_answers.empty()) return rows;
+  auto answer = parameter_answers.front();
+  parameter_answers.pop_front();
+  if (!answer) return std::nullopt;
+  std::vector<Param_Row> out = rows;
+  for (const Param_Row& a : *answer)
+    for (Param_Row& r : out)
+      if (r.name == a.name) r.value = a.value;
+  return out;
+}
+
 Ui& Default_Ui() {
   static Scripted_Ui ui;
   return ui;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,6 +37,16 @@ struct File_Answer {
   int filter_index = 1;
 };
 
+// One row of a parameter table: the name shown under "Parameter Name" (a
+// leading "*" marks a required one) and the text under "Data".
+struct Param_Row {
+  std::string name;
+  std::string value;
+  bool operator==(const Param_Row&) const = default;
+};
+// True when the table refuses `value` for row `row`.
+using Param_Check = std::function<bool(std::size_t row, const std::string& value)>;
+
 class Ui {
  public:
   virtual ~Ui() = default;
@@ -63,6 +74,17 @@ class Ui {
                                               const std::string& initial) {
     return Ask_Text("NMR 1D", "右の使用者で実行", initial);
   }
+  // A table of parameters the operator corrects (the window named `form`,
+  // NMR1D_Form103 or NMR1D_Form103_CSV). A typed value that `check`
+  // refuses goes back to the one before; OK is taken only when no row is
+  // refused. Returns the rows, or nullopt on cancel. Without a window of its
+  // own: the rows as they are.
+  virtual std::optional<std::vector<Param_Row>> Edit_Parameters(const std::string& /*form*/,
+                                                                const std::string& /*title*/,
+                                                                const std::vector<Param_Row>& rows,
+                                                                const Param_Check& /*check*/) {
+    return rows;
+  }
 };
 
 // Answers from queues; with a queue empty, the default button, the first
@@ -76,11 +98,18 @@ class Scripted_Ui : public Ui {
              const std::vector<std::string>& options, int initial) override;
   std::optional<std::string> Ask_Text(const std::string& title, const std::string& prompt,
                                       const std::string& initial) override;
+  std::optional<std::vector<Param_Row>> Edit_Parameters(const std::string& form, const std::string& title,
+                                                        const std::vector<Param_Row>& rows,
+                                                        const Param_Check& check) override;
 
   std::deque<int> button_answers;  // 1-based buttons for the next message boxes
   std::deque<std::optional<File_Answer>> file_answers;
   std::deque<int> choice_answers;
   std::deque<std::optional<std::string>> text_answers;
+  // Tables for the next parameter windows; an answer is applied row by row
+  // by name over the rows shown (nullopt cancels).
+  std::deque<std::optional<std::vector<Param_Row>>> parameter_answers;
+  std::vector<std::vector<Param_Row>> parameter_tables;  // every table shown, in order
   std::vector<Message_Box_Request> shown;  // every message box, in order
   std::vector<File_Request> file_requests;  // every file dialog asked for, in order
   bool quiet = false;

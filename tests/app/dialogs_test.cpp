@@ -6,8 +6,10 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -26,6 +28,7 @@
 
 #include "basic_toolbar.h"
 #include "datafiles/bruker.h"
+#include "datafiles/csv_import.h"
 #include "display/view_commands.h"
 #include "editing/instrument_table.h"
 #include "editing/reference.h"
@@ -674,6 +677,53 @@ TEST(Wiring, ParameterWindowAndMirrorFromTheEditMenu) {
   ASSERT_FALSE(ui.shown.empty());
   EXPECT_EQ(ui.shown.back().text, "スペクトルの左右を反転しますか");
   EXPECT_FLOAT_EQ(s.Spec_Re(kN - 1 - 700), 10.0f);
+}
+
+TEST(Wiring, CsvParameterWindowAndTheListOfReadableFiles) {
+  App();
+  tevo::test::Temp_Dir dir;
+  tevo::test::Write_Text(dir / "list.csv", "1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n10\r\n11\r\n12\r\n");
+  tevo::app::Qt_Ui ui;
+  tevo::Session s;
+  s.ui = &ui;
+  // A refused nucleus goes back; OK waits for every required value.
+  auto shown = When_Shown("NMR1D_Form103_CSV", [](QWidget& d) {
+    auto* grid = Child<QTableWidget>(d, "Grid1");
+    ASSERT_EQ(grid->rowCount(), 5);
+    EXPECT_EQ(grid->horizontalHeaderItem(0)->text(), "Parameter Name");
+    EXPECT_EQ(grid->item(1, 0)->text(), "* FID or Spectrum");
+    EXPECT_EQ(grid->item(1, 1)->text(), "S");
+    EXPECT_EQ(grid->item(2, 0)->text(), "* ObNuc");
+    grid->item(2, 1)->setText("??");
+    EXPECT_EQ(grid->item(2, 1)->text(), "");
+    Press(d, "Command1");
+    EXPECT_TRUE(d.isVisible());
+    grid->item(2, 1)->setText("13C");
+    grid->item(3, 1)->setText("100.6");
+    grid->item(4, 1)->setText("25000");
+    QDir().mkpath(QCoreApplication::applicationDirPath() + "/screenshots");
+    d.grab().save(QCoreApplication::applicationDirPath() + "/screenshots/NMR1D_Form103_CSV.png");
+    Press(d, "Command1");
+  });
+  EXPECT_EQ(tevo::datafiles::Read_Csv(s, (dir / "list.csv").string()), 0);
+  EXPECT_TRUE(*shown);
+  EXPECT_EQ(s.Param.OBNUC, "13C");
+  EXPECT_FLOAT_EQ(s.Param.FREQU, 25000);
+  EXPECT_EQ(s.Spec_Points, 12);
+
+  // m47 lists the formats of RequiredFile1D.txt and the files of the one chosen.
+  s.Required_Files = {{"JEOL Delta", "jdf files", "a.jdf\r\nb.txt"}, {"Bruker", "raw", "fid\r\nacqus"}};
+  tevo::app::Main_Window w(s);
+  shown = When_Shown("m47", [](QWidget& d) {
+    auto* list = Child<QListWidget>(d, "List1");
+    ASSERT_EQ(list->count(), 2);
+    EXPECT_EQ(list->item(0)->text(), "JEOL Delta  jdf files");
+    list->setCurrentRow(1);
+    EXPECT_EQ(Child<QPlainTextEdit>(d, "Text1")->toPlainText(), "fid\nacqus");
+    Press(d, "Command1");
+  });
+  w.Action("m47")->trigger();
+  EXPECT_TRUE(*shown);
 }
 
 }  // namespace

@@ -135,6 +135,23 @@ TEST(MainWindow, UserWindowNamesTheSettingsFileOrEndsTheStart) {
   }
 }
 
+// The reader of the JEOL disk system (m12) is shown only when both of its
+// helper programs stand beside the program.
+TEST(MainWindow, DiskReaderItemNeedsBothHelperPrograms) {
+  App();
+  tevo::test::Temp_Dir home;
+  tevo::test::Write_Text(home / "ALIDIR.EXE", "");
+  for (const bool both : {false, true}) {
+    if (both) tevo::test::Write_Text(home / "ALIDATA.EXE", "");
+    tevo::Session session;
+    tevo::app::Main_Window window(session);
+    window.Start(home.path().string(), "", "", false);
+    ASSERT_TRUE(window.Started());
+    EXPECT_EQ(window.Action("m12")->isVisible(), both);
+    window.Shut_Down();
+  }
+}
+
 // The horizontal bar's thumb is the shown share of the spectrum, and moving
 // it keeps the window's width: a page is one window.
 TEST(MainWindow, ScrollBarThumbIsTheShownShareAndPagesByOneWindow) {

@@ -105,7 +105,7 @@ using test::Quoted;
 using test::Run_Command;
 
 TEST(Render, CommandWritesPngAndPdfWithRealJapaneseGlyphs) {
-  const fs::path cli = Cli_Program();
+  const fs::path cli = test::Cli_Program();
   ASSERT_TRUE(fs::exists(cli)) << "build the tevo1d-cli target first: " << cli;
   test::Temp_Dir dir;
   const fs::path experiment = dir / "アスピリン" / "1";

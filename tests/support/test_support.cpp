@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <fstream>
 #include <random>
@@ -49,6 +54,38 @@ std::filesystem::path Test_Data_File(const std::string& relative) {
                   << " (run scripts/fetch-testdata; it fetches the npm data packages)";
   }
   return p;
+}
+
+Cli_Result Run_Cli(const std::vector<std::string>& args) {
+  Cli_Result result;
+  const std::string program = Cli_Program().string();
+  std::vector<char*> argv{const_cast<char*>(program.c_str())};
+  for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
+  argv.push_back(nullptr);
+  int out[2];
+  if (::pipe(out) != 0) return result;
+  const pid_t pid = ::fork();
+  if (pid == 0) {
+    ::dup2(out[1], 1);
+    const int null = ::open("/dev/null", O_WRONLY);
+    ::dup2(null, 2);
+    ::close(out[0]);
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    ::execv(program.c_str(), argv.data());
+    ::_exit(127);
+  }
+  ::close(out[1]);
+  char buf[4096];
+  for (ssize_t n; (n = ::read(out[0], buf, sizeof buf)) > 0;) result.out.append(buf, static_cast<std::size_t>(n));
+  ::close(out[0]);
+  int status = 0;
+  rusage usage{};
+  if (pid > 0 && ::wait4(pid, &status, 0, &usage) == pid) {
+    result.max_rss_kb = usage.ru_maxrss;
+    if (WIFEXITED(status)) result.exit_code = WEXITSTATUS(status);
+    if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
+  }
+  return result;
 }
 
 std::vector<uint8_t> Read_Bytes(const std::filesystem::path& p) {

@@ -38,6 +38,17 @@ std::filesystem::path Cli_Program();
 int Run_Command(const std::string& command);
 std::string Quoted(const std::filesystem::path& p);
 
+// One run of the command-line program with `args`, without a window:
+// its exit code (-1 when a signal ended it), its standard output and the
+// peak resident memory of the process in kB.
+struct Cli_Result {
+  int exit_code = -1;
+  int signal = 0;
+  std::string out;
+  long max_rss_kb = 0;
+};
+Cli_Result Run_Cli(const std::vector<std::string>& args);
+
 std::vector<uint8_t> Read_Bytes(const std::filesystem::path& p);
 void Write_Bytes(const std::filesystem::path& p, const std::vector<uint8_t>& bytes);
 void Write_Text(const std::filesystem::path& p, const std::string& text);
