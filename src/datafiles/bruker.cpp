@@ -176,7 +176,10 @@ void Take_Acquisition_Label(Bruker_Read& r, const Bruker_Label& l, bool sizes) {
   else if (n == "$AQ_MOD") r.Acq_Mode = Map_Acq_Mode(Val(v));
   else if (!sizes) return;
   else if (n == "$BYTORDA") r.Byte_Order = Byte_Order_Of(v);
-  else if (n == "$BF1") p.OBFRQ = static_cast<float>(Val(v));
+  else if (n == "$BF1") {
+    r.Bf1 = Val(v);
+    p.OBFRQ = static_cast<float>(r.Bf1);
+  }
   else if (n == "$SFO1") {
     r.Observe_Frequency = Val(v);
     p.OBSET = 0;
@@ -499,6 +502,19 @@ double Nc_Scale(const Session& s, const Bruker_Read& r) {
   return s.settings.Int("BRUKER NC SCALE") != 0 ? std::ldexp(1.0, r.Nc_Proc) : 1.0;
 }
 
+// The 0 ppm frequency (MHz) of a FID's data set as the spectrometer states
+// it: ##$SF of pdata/1/procs beside the FID when there is one (it carries
+// the operator's reference, SR = SF - BF1), else ##$BF1 of the acquisition.
+double Fid_Zero_Frequency(const fs::path& folder, double bf1) {
+  if (const auto procs = Find_File(folder / "pdata" / "1", "procs")) {
+    int err = 0;
+    if (const auto labels = Load_Labels(procs->string(), &err))
+      for (const Bruker_Label& l : *labels)
+        if (l.name == "$SF" && Val(l.value) > 0) return Val(l.value);
+  }
+  return bf1 > 0 ? bf1 : 0.0;
+}
+
 // The single-converter question; false when the operator cancels.
 bool Ask_Single_Converter(Session& s, int16_t& acq_mode) {
   const int c = s.ui->Choose(
@@ -594,6 +610,7 @@ int Read_Bruker_Fid(Session& s, const std::string& path) {
     s.Acq_Mode = acq_mode;
     s.Fid_Format_Class = 1;
     s.Fid_Shift_Preset = r.Group_Delay > 0 ? static_cast<int32_t>(std::nearbyint(r.Group_Delay)) : -1;
+    s.Vendor_Zero_Frequency = twin ? (r.Bf1 > 0 ? r.Bf1 : 0.0) : Fid_Zero_Frequency(folder, r.Bf1);
     s.Is_Fid = 1;
     s.Is_Spectrum = 0;
     s.ui->Wait_Cursor(false);

@@ -35,6 +35,7 @@ struct Bruker_Read {
   Data_Param p;
   double Observe_Frequency = 0;  // MHz
   double Spectrum_Frequency = 0;  // MHz of 0 ppm (processed: SF)
+  double Bf1 = 0;  // ##$BF1, MHz: the spectrometer's 0 ppm frequency with SR = 0
   int16_t Byte_Order = 0;  // 1 big-endian, 0 little-endian
   int16_t Acq_Mode = 0;  // from ##$AQ_MOD: 1 -> 0, 2 -> 1, other -> 2
   int32_t Td = 0;  // ##$TD (raw) or ##$SI (processed): points for the word format

@@ -405,7 +405,8 @@ struct Jcamp_State {
   bool have_block = false;
   Data_Param block;
   double group_delay = 0, decim = 0, dspfvs = 0;  // a digital filter's delay
-  bool vendor_fid = false;  // "##ORIGIN" of a Bruker FID: raw, unconjugated data  // ##$ tags of the program's own files
+  double sf = 0, bf1 = 0;  // the Bruker block's 0 ppm frequencies, MHz
+  bool vendor_fid = false;  // "##ORIGIN" names the Bruker software: its shift memory class
   bool overflow = false;  // a label's number does not fit its field
   Asdf_Decoder real, imag;
 };
@@ -504,7 +505,9 @@ void Take_Label(Jcamp_State& st, const Label& l) {
   } else if (n == "ORIGIN") {
     const std::string u = Upper(v);
     st.vendor_fid = u.find("BRUKER") != std::string::npos || u.find("UXNMR") != std::string::npos;
-  } else if (n == "$GRPDLY") st.group_delay = Val(v);
+  } else if (n == "$SF") st.sf = Val(v);
+  else if (n == "$BF1") st.bf1 = Val(v);
+  else if (n == "$GRPDLY") st.group_delay = Val(v);
   else if (n == "$DECIM") st.decim = Val(v);
   else if (n == "$DSPFVS") st.dspfvs = Val(v);
   else if (n.size() > 1 && n[0] == '$') {
@@ -747,9 +750,11 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       s.Spec_Points = size;
       s.Base_Point_Count = size;
       s.Fid_Points = n;
-      // A Bruker FID holds the raw data: its imaginary part is negated as
-      // the Bruker reader does, so the spectrum comes out with the right sense.
-      const float im_sign = st.vendor_fid ? -1.0f : 1.0f;
+      // A JCAMP-DX FID holds the quadrature pair as the receiver gave it,
+      // the imaginary part leading the real one for a line above the
+      // carrier, as in a Bruker FID: it is negated as the Bruker reader does,
+      // so the spectrum comes out with high frequency on the left.
+      const float im_sign = -1.0f;
       for (int32_t i = 0; i < n; ++i) {
         const auto k = static_cast<std::size_t>(i);
         s.Fid_Re(k) = re[k];
@@ -757,7 +762,10 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       }
       s.Spec_Axis.assign(static_cast<std::size_t>(size), 0.0f);
       s.Observe_Frequency = observe;
-      s.Spectrum_Frequency = observe > 0 ? observe : 400.0;
+      s.Spectrum_Frequency = observe;
+      // The spectrometer's own 0 ppm: SF when processing was referenced,
+      // else BF1.
+      s.Vendor_Zero_Frequency = st.sf > 0 ? st.sf : st.bf1;
       s.Is_Spectrum = 0;
       s.Is_Fid = 1;
     }

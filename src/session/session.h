@@ -88,6 +88,7 @@ struct Session {
   int16_t Fid_Format_Class = 0;  // shift memory class: 0 other, 1 Bruker, 2 Varian, 3 JEOL
   int32_t Fid_Shift = 0;  // left shift of the FID in points; negative shifts right
   int32_t Fid_Shift_Preset = -1;  // digital filter delay read with the FID, points; -1 none
+  double Vendor_Zero_Frequency = 0;  // MHz of 0 ppm the FID's own parameters state; 0 none
   int16_t Zero_Fill_Factor = 1;  // doublings of N by zero fill (1, 2, 4, ...)
   int16_t LP_Fill_Factor = 1;  // doublings of N by forward prediction
   float Line_Broadening = 0.25f;  // exponential window, Hz

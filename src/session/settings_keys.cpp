@@ -449,6 +449,10 @@ constexpr Setting_Def kKeys[] = {
     I("INSEN MODE"),
     // 1: the integers of a processed Bruker spectrum are scaled by 2^NC_proc
     I("BRUKER NC SCALE", 1),
+    // 1: the 0 ppm frequency a FID's file states sets the axis of its spectrum
+    I("VENDOR REFERENCE", 1),
+    // 1: the digital-filter delay a FID's file states presets the FID shift
+    I("AUTO FILTER SHIFT", 1),
     // Edit-view style (DISP) (53)
     C("DISP X-AXIS COL"),
     C("DISP PEAK COL"),
@@ -732,7 +736,7 @@ constexpr Setting_Def kKeys[] = {
     Rep("OPERATOR INDEX"),
     Rep("PARA TABLE"),
 };
-static_assert(sizeof kKeys / sizeof kKeys[0] == 680, "the settings file has 680 keys");
+static_assert(sizeof kKeys / sizeof kKeys[0] == 682, "the settings file has 682 keys");
 
 // Read under another name than the one written, or read and never written.
 constexpr Read_Only_Key kReadOnly[] = {

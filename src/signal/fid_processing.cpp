@@ -109,7 +109,16 @@ int Reload_Fid_Work_File(Session& s, int32_t n) {
 
 // ---- opening ----
 
+int32_t Filter_Shift_Preset(const Session& s) {
+  return s.settings.Int("AUTO FILTER SHIFT") != 0 ? s.Fid_Shift_Preset : -1;
+}
+
 void Open_Ft_Form(Session& s, Ft_Form_State& st) {
+  // The FID as the window starts from: corrected once when it was taken
+  // with a single converter, and kept in the work file that zero fill and
+  // prediction start from.
+  Single_Converter_Correction(s);
+  if (!s.Fid_Work_Saved) Save_Fid_Work_File(s);
   st = Ft_Form_State{};
   s.Line_Broadening = 0.25f;
   s.Trap_T1 = 0;
@@ -125,7 +134,7 @@ void Open_Ft_Form(Session& s, Ft_Form_State& st) {
   s.LP_Fill_Factor = 1;
   // A digital filter delay read with the FID comes before any remembered
   // shift: the first spectrum shown is then right for this very data set.
-  if (s.Fid_Shift_Preset >= 0) s.Fid_Shift = s.Fid_Shift_Preset;
+  if (Filter_Shift_Preset(s) >= 0) s.Fid_Shift = Filter_Shift_Preset(s);
   else Recall_Fid_Shift(s);
   s.Fid_Shift = std::clamp(s.Fid_Shift, 1 - s.Base_Point_Count, s.Base_Point_Count - 1);
   Build_Window(s);
@@ -143,8 +152,8 @@ void Recall_Fid_Shift(Session& s) {
   }
   // The filter delay the reader found in the file's parameters, else the
   // value kept for the format class and nucleus.
-  if (s.Fid_Shift_Preset >= 0) {
-    s.Fid_Shift = s.Fid_Shift_Preset;
+  if (Filter_Shift_Preset(s) >= 0) {
+    s.Fid_Shift = Filter_Shift_Preset(s);
     return;
   }
   const std::string key = Class_Shift_Key(s);
@@ -314,7 +323,9 @@ int Commit_Transform(Session& s, Ft_Form_State& st) {
   s.X_Left_Hz = static_cast<float>(s.X_Left * s.Spectrum_Frequency);
   s.Phase0 = 0;
   s.Phase1 = 0;
-  editing::Reference_After_Transform(s);  // "REF FINE SET": the line nearest 0 ppm to 0
+  // "REF FINE SET" puts the line nearest 0 ppm at 0, for files that state
+  // no 0 ppm frequency of their own.
+  if (!Uses_Vendor_Reference(s)) editing::Reference_After_Transform(s);
 
   // 8. Remember the shift for the next data set of this spectrometer.
   Remember_Fid_Shift(s);
@@ -347,13 +358,19 @@ std::string Shift_Memory_Key(const Session& s) {
   return Number_Text(std::nearbyint(s.Observe_Frequency * 20.0) / 20.0, 2);
 }
 
+bool Uses_Vendor_Reference(const Session& s) {
+  return s.Vendor_Zero_Frequency > 0 && s.settings.Int("VENDOR REFERENCE") != 0;
+}
+
 void Build_Transform_Axis(Session& s) {
   const int32_t n = s.Spec_Points;
   if (n < 1) return;
   // The centre of the spectrum is the carrier, Observe_Frequency. Centre
   // data remembered for this spectrometer fix the 0 ppm frequency: the same
   // magnet gives the same 0 ppm frequency whatever the carrier.
-  const int row = Memory_Row(s, Shift_Memory_Key(s));
+  const bool vendor = Uses_Vendor_Reference(s);
+  if (vendor) s.Spectrum_Frequency = s.Vendor_Zero_Frequency;
+  const int row = vendor ? -1 : Memory_Row(s, Shift_Memory_Key(s));
   if (row >= 0) {
     bool ok_f = false, ok_p = false;
     const double f = Parse_Number(s.settings.Ref_Center_Frq[static_cast<std::size_t>(row)], ok_f);
@@ -364,13 +381,20 @@ void Build_Transform_Axis(Session& s) {
     s.Spectrum_Frequency = s.Observe_Frequency > 0 ? s.Observe_Frequency : 400.0;
   const double centre_ppm =
       s.Observe_Frequency > 0 ? (s.Observe_Frequency / s.Spectrum_Frequency - 1.0) * 1e6 : 0.0;
-  const double delta = static_cast<double>(s.Param.FREQU) / n / s.Spectrum_Frequency;
   const int32_t mid = Round_Int(n / 2.0);
+  // The Bruker processing labels its spectrum from the left, the carrier at
+  // point N/2 of that order, which is one point below the middle counted
+  // from the right: with its own 0 ppm frequency the axis follows that
+  // labelling, so that lines read the ppm the spectrometer prints.
+  const int32_t carrier = vendor && s.Fid_Format_Class == 1 ? mid - 1 : mid;
+  s.Param.SMTMS = static_cast<float>(carrier);
+  s.Param.SMEXR = static_cast<float>(centre_ppm);
+  // The same arithmetic as a native file's reader, so that a saved spectrum
+  // reads back to the very same axis.
   if (s.Spec_Axis.size() < static_cast<std::size_t>(n)) s.Spec_Axis.resize(static_cast<std::size_t>(n));
   for (int32_t i = 0; i < n; ++i)
-    s.Spec_Axis[static_cast<std::size_t>(i)] = static_cast<float>((i - mid) * delta + centre_ppm);
-  s.Param.SMTMS = static_cast<float>(mid);
-  s.Param.SMEXR = static_cast<float>(centre_ppm);
+    s.Spec_Axis[static_cast<std::size_t>(i)] = static_cast<float>(
+        (i - static_cast<double>(s.Param.SMTMS)) * s.Param.FREQU / s.Spectrum_Frequency / n + s.Param.SMEXR);
 }
 
 void Remember_Fid_Shift(Session& s) {
@@ -394,8 +418,6 @@ void Remember_Fid_Shift(Session& s) {
 }
 
 int Process_Fid(Session& s, const Process_Request& req, Process_Report& report) {
-  Single_Converter_Correction(s);
-  if (!s.Fid_Work_Saved) Save_Fid_Work_File(s);
   Ft_Form_State st;
   Open_Ft_Form(s, st);
   if (req.window_kind) s.Window_Kind = *req.window_kind;

@@ -51,7 +51,8 @@ int Reload_Fid_Work_File(Session& s, int32_t n);
 
 // ---- opening ----
 
-// The dialog's defaults: LB 0.25 Hz, window 0 .. 100 %, trapezoid 0, 0, 80,
+// The single-converter correction when Acq_Mode asks for it and the work
+// file, once for the data set; then the dialog's defaults: LB 0.25 Hz, window 0 .. 100 %, trapezoid 0, 0, 80,
 // 100, shift 0, zoom 1, offset 0, phases 0. Then the shift: the digital
 // filter delay the reader found (Fid_Shift_Preset), else the one remembered
 // for this data set (see Recall_Fid_Shift); and the window is built.
@@ -61,6 +62,10 @@ void Open_Ft_Form(Session& s, Ft_Form_State& st);
 // keyed by Observe_Text, else the value kept per format class and nucleus.
 // Leaves Fid_Shift alone when neither holds one.
 void Recall_Fid_Shift(Session& s);
+
+// The digital-filter delay (points) the reader found in the file, or -1
+// when it found none or "AUTO FILTER SHIFT" is 0.
+int32_t Filter_Shift_Preset(const Session& s);
 
 // ---- fields (each returns whether the value was taken; a value taken
 //      rebuilds the window and runs the preview) ----
@@ -112,9 +117,14 @@ bool Discard_Ft_Form(Session& s, Ft_Form_State& st);
 
 // Axis of a freshly transformed spectrum: Spec_Axis[i] = (i - Round(N / 2))
 // * FREQU / N / Spectrum_Frequency + centre ppm. The centre ppm follows from
-// the remembered centre data of this spectrometer (or nucleus), else from
-// Spectrum_Frequency and Observe_Frequency; SMTMS/SMEXR are set to match.
+// the 0 ppm frequency the file states (Vendor_Zero_Frequency, when "VENDOR
+// REFERENCE" is 1), else the remembered centre data of this spectrometer (or
+// nucleus), else Spectrum_Frequency and Observe_Frequency: centre ppm =
+// (Observe_Frequency / Spectrum_Frequency - 1) x 1e6. SMTMS/SMEXR match.
 void Build_Transform_Axis(Session& s);
+
+// True when the file's own 0 ppm frequency sets the axis of the transform.
+bool Uses_Vendor_Reference(const Session& s);
 
 // Remembers Fid_Shift and the centre reference under Observe_Text in the
 // 100-row table (same key overwritten, else first empty row, else nothing)

@@ -162,8 +162,9 @@ TEST(Jcamp, RealFidsOpenAsFids) {
   const std::vector<Fid> fids = {
       {"aspirin-1h.fid.dx", 8192, 8191 / 1.7102808, 0, 0},
       {"naphtoicAcid-1h.fid.dx", 8192, 0, 0, 0},
+      // Every JCAMP-DX FID's imaginary part is negated on reading.
       {"qmagnetics/ibuprofen_j_ave_qmagnetics.jdx", 40000, 39999 / 3.9999, -1973.0809823166692f,
-       394.2546185805657f},
+       -394.2546185805657f},
   };
   for (const Fid& f : fids) {
     SCOPED_TRACE(f.file);
