@@ -7,9 +7,11 @@
 #include <cmath>
 #include <cstdio>
 #include <ctime>
+#include <sstream>
 #include <stdexcept>
 
 #include "datafiles/nucleus.h"
+#include "datafiles/vendor_read.h"
 #include "datafiles/vendor_text.h"
 #include "platform/ui.h"
 #include "session/messages.h"
@@ -22,6 +24,7 @@ namespace {
 // Header offsets (big-endian numbers).
 constexpr size_t Off_Endian = 8, Off_Dimensions = 12, Off_Data_Type = 14, Off_Axis_Type = 24,
                  Off_Unit_X = 33, Off_Unit_Y = 35, Off_Title = 48, Off_Points = 176,
+                 Off_Offset_Start = 208, Off_Offset_Stop = 240,
                  Off_Axis_Start = 272, Off_Axis_Stop = 336, Off_Comment = 680,
                  Off_Base_Freq = 1064, Off_Param_Start = 1212, Off_Data_Start = 1284;
 
@@ -100,6 +103,38 @@ void Take_Params(Data_Param& p, const std::vector<Ecp_Param>& params) {
   p.EXMOD = text("EXPERIMENT");
   const double start = num("ACTUAL_START_TIME", -1);
   p.DATIM = start > 0 ? Date_Since_1990(start) : "1990/01/01";
+}
+
+// The digital filter's delay in points of the stored FID. "ORDERS" is the
+// number of stages followed by each stage's filter length, "FACTORS" each
+// stage's decimation. A stage of length L delays by L / 2 of its input
+// samples, which are the product of the decimations from it on shorter than
+// the stored dwell; the acquisition delay (s) has already passed at the
+// first point. 0 when the file states no filter.
+double Ecp_Filter_Delay(const std::vector<Ecp_Param>& params, double sweep_hz) {
+  const Ecp_Param* orders = Find(params, "ORDERS");
+  const Ecp_Param* factors = Find(params, "FACTORS");
+  if (!orders || !factors || orders->type != 0 || factors->type != 0) return 0;
+  auto numbers = [](const std::string& text) {
+    std::vector<double> v;
+    std::istringstream in(text);
+    for (double x; in >> x;) v.push_back(x);
+    return v;
+  };
+  const std::vector<double> o = numbers(orders->text), f = numbers(factors->text);
+  if (o.empty() || o[0] < 1 || o.size() < static_cast<size_t>(o[0]) + 1 || f.size() < static_cast<size_t>(o[0]))
+    return 0;
+  const auto stages = static_cast<size_t>(o[0]);
+  double delay = 0;
+  for (size_t k = 0; k < stages; ++k) {
+    double rate = 1;
+    for (size_t j = k; j < stages; ++j) rate *= f[j];
+    if (!(rate > 0)) return 0;
+    delay += o[k + 1] / 2 / rate;
+  }
+  const Ecp_Param* acq = Find(params, "ACQ_DELAY");
+  if (acq && acq->type != 0) delay -= acq->number * sweep_hz;
+  return delay > 0 && delay < 1e4 ? delay : 0;
 }
 
 // The nucleus words of the parameter block ("Proton", "Carbon13",
@@ -195,7 +230,16 @@ int Read_Ecp(Session& s, const std::string& path) {
     if (cls == 0) return Reader_Refuse(s, "Dataが違います");
     const bool little = Little(b);
     const uint8_t unit = b[Off_Unit_X];
-    const int32_t n = Decode_BE_Int32(b, Off_Points);
+    const int32_t total = Decode_BE_Int32(b, Off_Points);
+    // A clipped set holds its points from the start offset to the stop
+    // offset of the whole; the axis start and stop belong to those two.
+    int32_t first_point = Decode_BE_Int32(b, Off_Offset_Start);
+    int32_t last_point = Decode_BE_Int32(b, Off_Offset_Stop);
+    if (first_point < 0 || last_point < first_point || last_point >= total) {
+      first_point = 0;
+      last_point = total - 1;
+    }
+    const int32_t n = last_point - first_point + 1;
     const double axis_start = Decode_BE_Float64(b, Off_Axis_Start);
     const double axis_stop = Decode_BE_Float64(b, Off_Axis_Stop);
     const double observe = Decode_BE_Float64(b, Off_Base_Freq);
@@ -203,7 +247,7 @@ int Read_Ecp(Session& s, const std::string& path) {
     const bool real_only = b[Off_Axis_Type] == 1;
     const bool single = (b[Off_Data_Type] >> 6) == 1;  // 32-bit numbers, else doubles
     const bool fid = unit == Ecp_Unit_Second;
-    if (n < 10 || n > Fft_Table_Size_Max || !(observe > 0))
+    if (n < 10 || total > Fft_Table_Size_Max || !(observe > 0))
       return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
     const int32_t size = fid ? Next_Power_Of_Two(n) : n;
     if (size > Fft_Table_Size_Max) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
@@ -214,16 +258,20 @@ int Read_Ecp(Session& s, const std::string& path) {
       if (single) return little ? Decode_LE_Float32(b, off) : Decode_BE_Float32(b, off);
       return Float64_At(b, off, little);
     };
+    if (!Counts_Fit(b.size(), data_start, static_cast<uint64_t>(total) * (real_only ? 1 : 2), word))
+      return Reader_Fail(s, 62, "ECP/DRW");
     std::vector<float> re(static_cast<size_t>(n)), im(static_cast<size_t>(n), 0.0f);
+    const auto skip = static_cast<size_t>(first_point);
     for (int32_t i = 0; i < n; ++i)
-      re[static_cast<size_t>(i)] = static_cast<float>(value(data_start + static_cast<size_t>(i) * word));
+      re[static_cast<size_t>(i)] = static_cast<float>(value(data_start + (skip + static_cast<size_t>(i)) * word));
     if (!real_only)
       for (int32_t i = 0; i < n; ++i)
         im[static_cast<size_t>(i)] = static_cast<float>(
-            value(data_start + (static_cast<size_t>(n) + static_cast<size_t>(i)) * word));
+            value(data_start + (static_cast<size_t>(total) + skip + static_cast<size_t>(i)) * word));
 
     Data_Param p;
-    Take_Params(p, Read_Ecp_Params(b));
+    const std::vector<Ecp_Param> params = Read_Ecp_Params(b);
+    Take_Params(p, params);
     const std::string title = Fetch_Text(b, Off_Title, 128);
     const std::string comment = Fetch_Text(b, Off_Comment, 128);
     const bool swap = session::Setting_Index("ECP COMNT MODE") >= 0 &&
@@ -292,7 +340,9 @@ int Read_Ecp(Session& s, const std::string& path) {
     s.Observe_Frequency = observe;
     s.Spectrum_Frequency = zero_ppm;
     s.Acq_Mode = 0;
-    s.Fid_Shift_Preset = -1;
+    const double delay = fid ? Ecp_Filter_Delay(params, p.FREQU) : 0;
+    s.Fid_Shift_Preset = delay > 0 ? static_cast<int32_t>(std::nearbyint(delay)) : -1;
+    s.Vendor_Zero_Frequency = fid ? zero_ppm : 0.0;
     if (!fid) Update_Scale_Values(s);
     s.ui->Wait_Cursor(false);
     return 0;

@@ -382,11 +382,12 @@ void Build_Transform_Axis(Session& s) {
   const double centre_ppm =
       s.Observe_Frequency > 0 ? (s.Observe_Frequency / s.Spectrum_Frequency - 1.0) * 1e6 : 0.0;
   const int32_t mid = Round_Int(n / 2.0);
-  // The Bruker processing labels its spectrum from the left, the carrier at
-  // point N/2 of that order, which is one point below the middle counted
-  // from the right: with its own 0 ppm frequency the axis follows that
-  // labelling, so that lines read the ppm the spectrometer prints.
-  const int32_t carrier = vendor && s.Fid_Format_Class == 1 ? mid - 1 : mid;
+  // The spectrometers' own processing labels a spectrum from the left, the
+  // carrier at point N/2 of that order, which is one point below the middle
+  // counted from the low end: with the file's own 0 ppm frequency the axis
+  // follows that labelling, so that lines read the ppm the spectrometer
+  // prints (measured on Bruker and JEOL data alike).
+  const int32_t carrier = vendor ? mid - 1 : mid;
   s.Param.SMTMS = static_cast<float>(carrier);
   s.Param.SMEXR = static_cast<float>(centre_ppm);
   // The same arithmetic as a native file's reader, so that a saved spectrum
