@@ -29,6 +29,7 @@
 #include "basic_toolbar.h"
 #include "datafiles/bruker.h"
 #include "datafiles/csv_import.h"
+#include "datafiles/open_file.h"
 #include "display/view_commands.h"
 #include "editing/instrument_table.h"
 #include "editing/reference.h"
@@ -487,6 +488,28 @@ TEST(Wiring, ReaderQuestionsShowTheirWindows) {
   // キャンセル abandons the reading.
   read([](QWidget& d) { Press(d, "Command2"); }, status);
   EXPECT_EQ(status, 1);
+
+  // The corrected FID: the processing window's 完 了 and the command line's
+  // processing give the very same points, unlike the uncorrected reading.
+  const auto spectrum = [&](int16_t acq_mode, bool window) {
+    tevo::platform::Scripted_Ui quiet;
+    quiet.quiet = true;
+    tevo::Session s;
+    s.ui = &quiet;
+    EXPECT_EQ(tevo::datafiles::NM1D_m11_Click(s, {(dir / "1/fid").string(), {}}), 0);
+    s.Acq_Mode = acq_mode;
+    if (window) {
+      tevo::app::Fid_Window w(s);
+      w.Button("Command3")->click();
+    } else {
+      tevo::signal::Process_Report report;
+      EXPECT_EQ(tevo::signal::Process_Fid(s, {}, report), 0);
+    }
+    return std::vector<float>(&s.Spec_Re(0), &s.Spec_Re(0) + s.Spec_Points);
+  };
+  const std::vector<float> in_window = spectrum(1, true);
+  EXPECT_EQ(in_window, spectrum(1, false));
+  EXPECT_NE(in_window, spectrum(0, false));
 
   // The instrument ID question is Form107: known IDs, the reader's name
   // preset, the answer in upper case.

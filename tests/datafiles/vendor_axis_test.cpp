@@ -148,5 +148,21 @@ TEST(VendorAxis, SwitchedOffExtensionsGiveTheDescribedAxisAndShift) {
   EXPECT_EQ(without.fid_shift, off.s.settings.Int("FID SHFT H1 BRU"));
 }
 
+TEST(VendorAxis, JcampFidsOfAnyMakerComeOutTheRightWayRound) {
+  // Ibuprofen from a benchtop instrument: its aromatic doublets (7.1 ppm)
+  // must stand 6.2 ppm above the strongest line, the two methyls at 0.9 ppm.
+  Quiet_Session q;
+  Open_Processed(q, Data("jcamp-data-test@0.2.1/data/qmagnetics/ibuprofen_j_ave_qmagnetics.jdx"));
+  const Session& s = q.s;
+  int32_t methyl = 0;
+  for (int32_t i = 0; i < s.Spec_Points; ++i)
+    if (s.Spec_Re(i) > s.Spec_Re(methyl)) methyl = i;
+  int32_t aromatic = -1;
+  for (int32_t i = 0; i < s.Spec_Points; ++i)
+    if (std::fabs(s.Spec_Axis[i] - s.Spec_Axis[methyl]) > 4 && (aromatic < 0 || s.Spec_Re(i) > s.Spec_Re(aromatic)))
+      aromatic = i;
+  EXPECT_NEAR(s.Spec_Axis[aromatic] - s.Spec_Axis[methyl], 6.2, 0.2);
+}
+
 }  // namespace
 }  // namespace tevo::datafiles
