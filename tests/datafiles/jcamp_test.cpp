@@ -10,7 +10,6 @@
 #include "platform/ui.h"
 #include "session/session.h"
 #include "datafiles/quiet_session.h"
-#include "datafiles/spectrum_compare.h"
 #include "support/test_support.h"
 
 namespace tevo::datafiles {
@@ -351,26 +350,6 @@ TEST(Jcamp, ExportCommandsWriteWithoutMarkingTheDataSaved) {
 
 namespace tevo::datafiles {
 namespace {
-
-TEST(Jcamp, FidFilesProcessToTheirSpectrumFiles) {
-  // The FID files hold a Bruker FID with its digital filter; processed with
-  // the window's defaults, the ten strongest lines of the spectrum file of
-  // the same experiment are found within two points (the axes lined up on
-  // the strongest line, as the files carry no common absolute reference).
-  test::Temp_Dir dir;
-  for (const std::string name : {"aspirin-1h", "naphtoicAcid-1h"}) {
-    SCOPED_TRACE(name);
-    Quiet_Session f, v;
-    ASSERT_EQ(RDJ(f.s, Jcamp(name + ".fid.dx")), 0);
-    ASSERT_EQ(RDJ(v.s, Jcamp(name + ".dx")), 0);
-    EXPECT_GT(f.s.Fid_Shift_Preset, 50);  // ##$DECIM/##$DSPFVS of the file
-    ASSERT_EQ(test::Process_With_Defaults(f.s, (dir / "work.dat").string()), 0);
-    const auto matches = test::Match_Lines(f.s, v.s, true);
-    ASSERT_EQ(matches.size(), 10u);
-    for (const auto& m : matches) EXPECT_LE(m.distance_points, 2.0);
-    EXPECT_GE(matches.front().absorption, 0.9);
-  }
-}
 
 }  // namespace
 }  // namespace tevo::datafiles
