@@ -211,10 +211,19 @@ Fid_Window::Fid_Window(Session& session, QWidget* parent) : QDialog(parent), ses
   commands->addWidget(buttons_.at("m19"));
   side->addRow(commands);
 
+  // No button of the window is a default button: Enter in a field applies
+  // that field and nothing else.
+  for (QPushButton* b : findChildren<QPushButton*>()) {
+    b->setAutoDefault(false);
+    b->setDefault(false);
+  }
+
   signal::Open_Ft_Form(session_, state_);
   signal::Run_Preview(session_, state_);
   Refresh();
   resize(1100, 640);
+  // Over the main window, not wherever the platform puts a new window.
+  if (parent) move(parent->geometry().center() - rect().center());
 }
 
 void Fid_Window::Add_Field(const std::string& name, const QString& caption,
@@ -234,6 +243,7 @@ void Fid_Window::Add_Field(const std::string& name, const QString& caption,
 QPushButton* Fid_Window::Add_Button(const std::string& name, const QString& caption) {
   auto* b = new QPushButton(caption, this);
   b->setObjectName(QString::fromStdString(name));
+  b->setAutoDefault(false);
   buttons_[name] = b;
   return b;
 }

@@ -176,6 +176,11 @@ void Main_Window::Connect_Commands() {
     Refresh_State();
   });
   connect(Action("m292"), &QAction::triggered, this, &Main_Window::On_Parameters);
+  connect(Action("m35"), &QAction::triggered, this, [this] {
+    display::Save_Mag(session_);
+    display::View_After_Load(session_);
+    Refresh_View();
+  });
   connect(Action("m22"), &QAction::triggered, this, [this] {
     if (signal::m22_Click(session_)) phase_->Refresh();
     Refresh_State();
@@ -183,8 +188,13 @@ void Main_Window::Connect_Commands() {
 }
 
 void Main_Window::Refresh_State() {
-  for (const auto& [id, enabled] : session::Menu_Enabled(session_)) {
-    if (QAction* a = Action(id)) a->setEnabled(enabled);
+  // Every item of the tree: enabled only where the session's rules say so,
+  // so that a command without its code is never enabled and silent.
+  const auto enabled = session::Menu_Enabled(session_);
+  for (const Menu_Item& item : Menu_Tree()) {
+    if (std::string(item.caption) == "-") continue;
+    const auto it = enabled.find(item.id);
+    if (QAction* a = Action(item.id)) a->setEnabled(it != enabled.end() && it->second);
   }
   static const std::pair<const char*, int16_t> mode_items[] = {
       {"m21", session::Mode_Reference}, {"m22", session::Mode_Phase}, {"m23", session::Mode_Baseline},

@@ -104,6 +104,12 @@ void Phase_Panel::Build_Order(int order, const QString& caption) {
     auto* b = new QPushButton(QString::number(step, 'g', 3), this);
     b->setObjectName(QStringLiteral("PhaseStep%1_%2").arg(order + 1).arg(i));
     b->setMaximumWidth(36);
+    // Held down, a step repeats after 500 ms every 50 ms; never a default
+    // button, so that Enter in a field applies that field only.
+    b->setAutoDefault(false);
+    b->setAutoRepeat(true);
+    b->setAutoRepeatDelay(500);
+    b->setAutoRepeatInterval(50);
     connect(b, &QPushButton::clicked, this, [this, order, i] {
       signal::Phase_Step(session_, place_, order, int(i));
       Refresh();

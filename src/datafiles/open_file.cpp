@@ -9,6 +9,7 @@
 
 #include "datafiles/ascii_export.h"
 #include "datafiles/jcamp.h"
+#include "display/view_commands.h"
 #include "platform/ui.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
@@ -226,6 +227,15 @@ std::string Ask_Open_Path(Session& s, int forced) {
 
 }  // namespace
 
+// The view of the data set in memory after an open, good or failed: a
+// spectrum without a stored view (X limits equal) is shown whole; a native
+// file keeps the limits it stored. Then the display copy.
+static void Show_Data_Set(Session& s) {
+  Update_Scale_Values(s);
+  if (s.Is_Spectrum == 1 && s.X_Left == s.X_Right) display::View_After_Load(s);
+  if (s.Spec_Points > 0 && !s.Spec_Re.Empty()) Build_Disp_Arrays(s, 0);
+}
+
 int NM1D_m11_Click(Session& s, const Open_Request& request) {
   if (!session::Confirm_Mode_Exit(s)) return 1;
   s.Undo_Stack[0].Kind = Undo_None;
@@ -240,7 +250,8 @@ int NM1D_m11_Click(Session& s, const Open_Request& request) {
     box.icon = 3;
     const int button = s.ui->Message_Box(box);
     if (button != 1 && button != 2) return 1;
-    if (button == 1) m10_Click(s);
+    // A save that was cancelled or failed stops the open: nothing is lost.
+    if (button == 1 && m10_Click(s) != 0) return 1;
   }
 
   std::string path = request.path;
@@ -263,7 +274,10 @@ int NM1D_m11_Click(Session& s, const Open_Request& request) {
   const std::string former_work_copy = Work_Copy_Path(s);
   const std::string former_name = s.Open_Name;
   const int status = Read_Routed(s, r, *route);
-  if (status != 0) return status;
+  if (status != 0) {
+    Show_Data_Set(s);
+    return status;
+  }
 
   Store_Setting(s, "DATA  SET DIR", r.data_folder);
   if (s.Param.SMODE == 0) {
@@ -280,10 +294,14 @@ int NM1D_m11_Click(Session& s, const Open_Request& request) {
   s.Param.Observe_Text = Observe_Text(s.Observe_Frequency);
 
   if (s.Is_Fid == 1 && request.fid_window) {
+    // Discarding the processing window ("CANCEL", or closing it) gives up
+    // the open: the former data set comes back as it was.
     const std::string result = request.fid_window(s);
-    if (result.empty()) {
+    if (result.empty() || result == "CANCEL") {
       std::error_code ec;
       if (fs::exists(former_work_copy, ec)) Read_Back_Work_Copy(s, former_work_copy, former_name);
+      else Reset_Session_Data(s, true);
+      Show_Data_Set(s);
       return 1;
     }
   }
@@ -291,8 +309,7 @@ int NM1D_m11_Click(Session& s, const Open_Request& request) {
   session::Mark_Open_File(s, s.Open_Name);
   session::Write_Log(s, "Read", s.Open_Name);
   session::Set_RecentFile_Menu(s, s.Open_Name);
-  Update_Scale_Values(s);
-  if (s.Spec_Points > 0 && !s.Spec_Re.Empty()) Build_Disp_Arrays(s, 0);
+  Show_Data_Set(s);
   return 0;
 }
 

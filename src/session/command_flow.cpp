@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <set>
 
 #include "session/messages.h"
 #include "session/session.h"
@@ -19,6 +20,14 @@ std::string Upper(std::string t) {
 void Run(const std::function<void(Session&)>& f, Session& s) {
   if (f) f(s);
 }
+
+// A confirmed edit of the spectrum is a change the operator must be asked
+// to save before it can be lost.
+void Confirm_Edits(Session& s, const Mode_Handlers& h) {
+  Run(h.confirm, s);
+  if (!s.Mode.Mode_Unchanged) s.Data_Saved = 0;
+}
+
 
 // Splits UTF-8 text into characters.
 std::vector<std::string> Characters(const std::string& text) {
@@ -66,7 +75,7 @@ bool Confirm_Mode_Exit(Session& s) {
     } else {
       s.ui->Beep();
       switch (Show_Message(s, Mode_Exit_Question(mode), Style_Yes_No_Cancel | Icon_Question, "")) {
-        case Msg_Yes: Run(h.confirm, s); break;
+        case Msg_Yes: Confirm_Edits(s, h); break;
         case Msg_No: Run(h.cancel, s); break;
         default: return false;
       }
@@ -80,7 +89,8 @@ bool Confirm_Mode_Exit(Session& s) {
 
 void Finish_Mode(Session& s, bool confirm) {
   const Mode_Handlers& h = s.Mode.handlers[s.Mode.Edit_Mode];
-  Run(confirm ? h.confirm : h.cancel, s);
+  if (confirm) Confirm_Edits(s, h);
+  else Run(h.cancel, s);
   Reset_To_Basic(s.Mode);
 }
 
@@ -163,7 +173,21 @@ std::map<std::string, bool> Menu_Enabled(const Session& s) {
   for (const char* id : {"m6", "m341", "m342", "m293", "m61", "m52"}) m[id] = array;
   m["m13"] = loaded && s.settings.Int("ALS SAVE OK") != 0;
   m["m102"] = !s.settings.Recent_Files.empty();
+  for (auto& [id, enabled] : m) enabled = enabled && Command_Built(id);
   return m;
+}
+
+bool Command_Built(const std::string& id) {
+  static const std::set<std::string> built = {
+      // the menus themselves
+      "NM1D_m1", "m2", "m3", "m40",
+      // file
+      "NM1D_m11", "NM1D_m112", "m47", "m10", "m13", "m18", "m181", "m183", "RecentFile", "m102", "m19",
+      // edit
+      "m21", "m22", "m291", "m292",
+      // view and settings
+      "m31", "m30", "m35", "m34", "m44", "m41"};
+  return built.count(id) != 0;
 }
 
 std::string Window_Caption(const std::string& path) {

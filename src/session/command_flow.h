@@ -83,8 +83,13 @@ int Display_Columns(const std::string& text);
 // ---- menu enabling ----
 
 // Enabled state of the main menu items by the state of the session ("no
-// data", loaded, array).
+// data", loaded, array), and only for commands that have their code: an
+// item missing from the map is disabled.
 std::map<std::string, bool> Menu_Enabled(const Session& s);
+
+// True for the menu commands the program carries out today. An issue that
+// builds a command adds it here; every other item stays disabled.
+bool Command_Built(const std::string& id);
 
 // The caption of the main window: "NMR 1D" padded to 20 characters, then the
 // path in upper case.

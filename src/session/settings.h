@@ -60,7 +60,7 @@ struct Setting_Def {
   }
 };
 
-// The 682 keys of the settings file in their written order.
+// The 683 keys of the settings file in their written order.
 std::span<const Setting_Def> Setting_Keys();
 
 // Keys the reader knows although the writer never writes them. Most set the

@@ -453,6 +453,8 @@ constexpr Setting_Def kKeys[] = {
     I("VENDOR REFERENCE", 1),
     // 1: the digital-filter delay a FID's file states presets the FID shift
     I("AUTO FILTER SHIFT", 1),
+    // 1: leaving the program asks about saving only when there are unsaved changes
+    I("EXIT ASK UNSAVED", 1),
     // Edit-view style (DISP) (53)
     C("DISP X-AXIS COL"),
     C("DISP PEAK COL"),
@@ -736,7 +738,7 @@ constexpr Setting_Def kKeys[] = {
     Rep("OPERATOR INDEX"),
     Rep("PARA TABLE"),
 };
-static_assert(sizeof kKeys / sizeof kKeys[0] == 682, "the settings file has 682 keys");
+static_assert(sizeof kKeys / sizeof kKeys[0] == 683, "the settings file has 683 keys");
 
 // Read under another name than the one written, or read and never written.
 constexpr Read_Only_Key kReadOnly[] = {

@@ -388,7 +388,9 @@ void Finish_Session(Session& s) {
 
 bool m19_Click(Session& s, const std::function<bool(Session&)>& save_as) {
   if (!Confirm_Mode_Exit(s)) return false;
-  if (s.Spec_Points > 0 || s.Fid_Points > 0) {
+  // "EXIT ASK UNSAVED" 1 spares the question when everything is saved.
+  const bool ask = s.Data_Saved != 1 || s.settings.Int("EXIT ASK UNSAVED") == 0;
+  if ((s.Spec_Points > 0 || s.Fid_Points > 0) && ask) {
     platform::Message_Box_Request box;
     box.title = "1D NMRの終了";
     box.text = "終了前にデータを";

@@ -73,6 +73,7 @@ struct Other_Vendors : ::testing::Test {
   void Expect_Line(const Vendor_Spec& spec, double zero_ppm = 0) {
     signal::Process_Report report;
     ASSERT_EQ(signal::Process_Fid(s, {}, report), 0);
+    s.Data_Saved = 1;  // a probe, not a change the next open must ask about
     int32_t top = 0;
     double best = -1;
     for (int32_t i = 0; i < s.Spec_Points; ++i) {

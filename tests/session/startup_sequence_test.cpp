@@ -215,6 +215,13 @@ TEST(StartUp, ExitCommandAsksToSaveData) {
   a.s.Spec_Points = 1024;
   a.s.settings.Set("DISPLAY MIN", 524288.0);
 
+  // Saved data: no question, unless "EXIT ASK UNSAVED" is 0.
+  a.s.settings.Set("EXIT ASK UNSAVED", 0.0);
+  a.ui.button_answers = {3};  // "終了をｷｬﾝｾﾙ"
+  EXPECT_FALSE(session::m19_Click(a.s, nullptr));
+  a.s.settings.Set("EXIT ASK UNSAVED", 1.0);
+  a.s.Data_Saved = 0;
+
   a.ui.button_answers = {3};  // "終了をｷｬﾝｾﾙ"
   EXPECT_FALSE(session::m19_Click(a.s, nullptr));
   EXPECT_EQ(a.ui.shown.back().title, "1D NMRの終了");
