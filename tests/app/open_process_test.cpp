@@ -8,6 +8,9 @@
 #include <QApplication>
 #include <QDir>
 #include <QImage>
+#include <QTest>
+#include <QLineEdit>
+#include <QFileDialog>
 #include <QPushButton>
 #include <QToolButton>
 #include <QTimer>
@@ -21,6 +24,7 @@
 #include "phase_panel.h"
 #include "plot_widget.h"
 #include "qt_ui.h"
+#include "signal/fid_processing.h"
 #include "app_support.h"
 #include "support/test_support.h"
 
@@ -140,9 +144,126 @@ TEST(Application, BrukerFidToSpectrumPhaseZoomSaveReopen) {
   EXPECT_EQ(recent[0], saved.string());
   EXPECT_NE(std::find(recent.begin(), recent.end(), fid.string()), recent.end());
 
-  // Leave without saving through the end question.
+  // Everything saved: the end goes without a question.
   s.Data_Saved = 1;
-  Click_When_Shown<tevo::app::FormMsg>("Command1");
+  EXPECT_TRUE(window.Try_Exit());
+}
+
+// Columns of the plot frame that carry ink between the frame's top and the
+// axis: a trace drawn across the whole view has ink in every one of them.
+int Empty_Columns(tevo::app::Plot_Widget* plot) {
+  const QImage image = plot->grab().toImage();
+  const auto& f = plot->Frame();
+  int empty = 0;
+  for (int x = f.Frame_Left + 1; x < f.Frame_Right - 1; ++x) {
+    bool ink = false;
+    for (int y = f.Frame_Top + 1; y < f.Axis_Y - 1 && !ink; ++y) ink = (image.pixel(x, y) & 0xffffff) != 0xffffff;
+    empty += !ink;
+  }
+  return empty;
+}
+
+TEST(Road, NothingLostNothingBlank) {
+  App();
+  const auto data = [](const char* name) { return tevo::test::Test_Data_File(name).string(); };
+  const std::string aspirin = data("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid");
+  const std::string cyclosporin = data("bruker-data-test@1.0.0/data/unzipped/cyclosporin_1h/cyclosporin_1h/1/fid");
+  tevo::test::Temp_Dir home;
+  tevo::test::Write_Text(home / "1DCommon.ini", "1D Common Setting\r\nUSER MODE           1\r\n");
+  tevo::Session s;
+  tevo::app::Main_Window window(s);
+  window.resize(1000, 700);
+  window.Start(home.path().string(), "", "");
+  ASSERT_TRUE(window.Started());
+  window.show();
+
+  // A native file to start from.
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  ASSERT_EQ(window.Open(aspirin), 0);
+  const fs::path native = home / "start.tv1";
+  ASSERT_EQ(window.Save(native.string()), 0);
+  ASSERT_EQ(window.Open(native.string()), 0);
+  const std::vector<float> start = Row0(s);
+  EXPECT_EQ(Empty_Columns(window.Plot()), 0);
+  Save_Shot(&window, "road_tv1");
+
+  // Another FID, its processing window discarded (現データの破棄, はい) or
+  // closed: the native data set is back, shown, with its name.
+  for (bool by_button : {true, false}) {
+    tevo::test::When_Window_Shown(
+        [](QWidget* w) { return qobject_cast<tevo::app::Fid_Window*>(w) != nullptr; },
+        [by_button](QWidget& w) {
+          Click_When_Shown<tevo::app::FormMsg>("Command1");  // このデータを破棄しますか: はい
+          if (by_button) w.findChild<QPushButton*>("m19")->click();
+          else w.close();
+        });
+    EXPECT_EQ(window.Open(cyclosporin), 1);
+    EXPECT_EQ(Row0(s), start);
+    EXPECT_EQ(s.Open_Name, native.string());
+    EXPECT_TRUE(window.windowTitle().endsWith("START.TV1")) << window.windowTitle().toStdString();
+    EXPECT_EQ(Empty_Columns(window.Plot()), 0);
+  }
+
+  // Enter in the LB field applies LB and nothing else: the phase is the
+  // automatic one for it, not a step away from it.
+  tevo::test::When_Window_Shown(
+      [](QWidget* w) { return qobject_cast<tevo::app::Fid_Window*>(w) != nullptr; },
+      [&s](QWidget& w) {
+        auto& fw = static_cast<tevo::app::Fid_Window&>(w);
+        QLineEdit* lb = fw.Field("Text3");
+        lb->setFocus();
+        lb->selectAll();
+        QTest::keyClicks(lb, "1");
+        QTest::keyClick(lb, Qt::Key_Return);
+        const float phase0 = s.Phase0;
+        auto state = fw.State();
+        tevo::signal::Run_Preview(s, state);
+        EXPECT_EQ(s.Phase0, phase0);
+        EXPECT_FLOAT_EQ(s.Line_Broadening, 1.0f);
+        Save_Shot(&w, "road_processing_window");
+        fw.Button("Command3")->click();
+      });
+  ASSERT_EQ(window.Open(cyclosporin), 0);
+  Save_Shot(&window, "road_bruker_fid");
+
+  // A confirmed phase step is a change: the next open asks; 保存する and
+  // then a cancelled save dialog open nothing.
+  window.Action("m22")->trigger();
+  window.Phase()->findChild<QPushButton*>("PhaseStep1_13")->click();
+  window.Phase()->findChild<QPushButton*>("PhaseCommand1")->click();
+  EXPECT_EQ(s.Data_Saved, 0);
+  const std::vector<float> phased = Row0(s);
+  tevo::test::When_Window_Shown([](QWidget* w) { return qobject_cast<tevo::app::FormMsg*>(w) != nullptr; },
+                                [](QWidget& w) {
+                                  tevo::test::When_Window_Shown(
+                                      [](QWidget* d) { return qobject_cast<QFileDialog*>(d) != nullptr; },
+                                      [](QWidget& d) { static_cast<QDialog&>(d).reject(); });
+                                  w.findChild<QPushButton*>("Command1")->click();
+                                });
+  EXPECT_EQ(window.Open(native.string()), 1);
+  EXPECT_EQ(Row0(s), phased);
+  EXPECT_EQ(s.Data_Saved, 0);
+
+  // Processed spectra open to a trace across the whole frame.
+  s.Data_Saved = 1;
+  for (const auto& [file, shot] :
+       {std::pair{data("bruker-data-test@1.0.0/data/unzipped/aspirin-1h-processed/1/pdata/1/1r"), "road_bruker_1r"},
+        std::pair{data("jcamp-data-test@0.2.1/data/aspirin-1h.dx"), "road_jcamp"},
+        std::pair{data("jeol-data-test@0.5.2/data/PM032220_3000U200U_Bin_180218_qH-1-1.jdf"), "road_jdf_fid"}}) {
+    SCOPED_TRACE(file);
+    if (file.ends_with(".jdf")) Click_When_Shown<tevo::app::Fid_Window>("Command3");
+    ASSERT_EQ(window.Open(file), 0);
+    EXPECT_NE(s.X_Left, s.X_Right);
+    EXPECT_EQ(Empty_Columns(window.Plot()), 0);
+    Save_Shot(&window, shot);
+  }
+
+  // m35 shows the whole spectrum again after a zoom.
+  tevo::display::Set_X_Mag(s, 4.0);
+  window.Refresh_View();
+  window.Action("m35")->trigger();
+  EXPECT_FLOAT_EQ(std::abs(s.X_Left - s.X_Right), std::abs(s.Spec_Axis[s.Spec_Points - 1] - s.Spec_Axis[0]));
+  s.Data_Saved = 1;
   EXPECT_TRUE(window.Try_Exit());
 }
 
