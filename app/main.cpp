@@ -11,6 +11,9 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
 #include <QPushButton>
 #include <QTimer>
 #include <cstdio>
@@ -22,6 +25,12 @@
 
 int main(int argc, char** argv) {
   QApplication qapp(argc, argv);
+  // The platform's own dialog texts (file dialog, standard buttons) in
+  // Japanese, as the rest of the program.
+  QTranslator qt_texts;
+  if (qt_texts.load(QLocale(QLocale::Japanese, QLocale::Japan), "qtbase", "_",
+                    QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    QApplication::installTranslator(&qt_texts);
   // The faces of the system, for the markup's font checks and Symbol face.
   tevo::platform::Probe_Font_Table();
   std::string home, screenshot, command_line;

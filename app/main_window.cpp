@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QKeySequence>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QHBoxLayout>
@@ -143,6 +144,8 @@ void Main_Window::Build_Panels() {
 }
 
 void Main_Window::Connect_Commands() {
+  Action("NM1D_m11")->setShortcut(QKeySequence::Open);
+  Action("m10")->setShortcut(QKeySequence::Save);
   connect(Action("NM1D_m11"), &QAction::triggered, this, [this] { Open({}); });
   connect(Action("NM1D_m112"), &QAction::triggered, this, [this] {
     datafiles::NM1D_m112_Click(session_, Fid_Request({}));

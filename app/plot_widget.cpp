@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QUrl>
+#include <QWheelEvent>
 
 #include "display/paint.h"
 #include "display/view_commands.h"
@@ -98,6 +99,17 @@ void Plot_Widget::mouseReleaseEvent(QMouseEvent* event) {
     return;
   }
   display::Mouse_Zoom(session_, session_.Mouse_Tool, a, b);
+  emit view_changed();
+}
+
+void Plot_Widget::wheelEvent(QWheelEvent* event) {
+  // Scrolling and Ctrl+zoom belong to the basic mode; the editing modes keep
+  // the view still under the operator's marks.
+  if (session_.Mode.Edit_Mode != 0) return QWidget::wheelEvent(event);
+  const double notches = event->angleDelta().y() / 120.0;
+  const bool zoom = event->modifiers() & Qt::ControlModifier;
+  display::Wheel_View(session_, Ppm_At(static_cast<int>(event->position().x())), notches, zoom);
+  event->accept();
   emit view_changed();
 }
 

@@ -116,9 +116,21 @@ QStringList Qt_Filters(const std::string& filter) {
   QStringList parts = Q(filter).split('|');
   QStringList out;
   for (int i = 0; i + 1 < parts.size(); i += 2) {
-    QString pattern = parts[i + 1];
-    pattern.replace(';', ' ');
-    out << parts[i] + " (" + pattern + ")";
+    // The dialog reads the patterns from the last parentheses: the caption's
+    // own copy of them goes. "*.*" is every file, those without an
+    // extension too (a Bruker "fid", "acqus", "1r"); a bare ".EXT" of the
+    // user filters is "*.EXT". An empty user filter shows every file.
+    QString caption = parts[i];
+    if (caption.endsWith(')') && caption.contains('(')) caption = caption.left(caption.lastIndexOf('('));
+    QStringList patterns;
+    for (QString p : parts[i + 1].split(';', Qt::SkipEmptyParts)) {
+      p = p.trimmed();
+      if (p == "*.*") p = "*";
+      else if (p.startsWith('.')) p.prepend('*');
+      if (!p.isEmpty()) patterns << p;
+    }
+    if (patterns.isEmpty()) patterns << "*";
+    out << caption.trimmed() + " (" + patterns.join(' ') + ")";
   }
   return out;
 }
@@ -134,7 +146,10 @@ std::optional<platform::File_Answer> Run_File_Dialog(QWidget* parent, const plat
   dlg.setNameFilters(filters);
   if (r.filter_index >= 1 && r.filter_index <= filters.size()) dlg.selectNameFilter(filters[r.filter_index - 1]);
   if (!r.default_ext.empty()) dlg.setDefaultSuffix(Q(r.default_ext));
-  if (!r.initial_name.empty()) dlg.selectFile(Q(r.initial_name));
+  // A pattern as the suggested name would filter the list again ("*.*"
+  // hides every file without an extension): only a real name is put there.
+  if (!r.initial_name.empty() && r.initial_name.find_first_of("*?;") == std::string::npos)
+    dlg.selectFile(Q(r.initial_name));
   if (dlg.exec() != QDialog::Accepted || dlg.selectedFiles().isEmpty()) return std::nullopt;
   platform::File_Answer a;
   a.path = dlg.selectedFiles().front().toStdString();

@@ -192,8 +192,11 @@ namespace {
 // The filter of the open dialog and the pattern each index starts with.
 std::string Open_Filter(const Session& s) {
   const std::string u1 = Setting_Text(s, "USER EXTENSION"), u2 = Setting_Text(s, "USER EXTENSION 2");
+  // After the six filters of the program the three vendor families whose
+  // files have fixed names or their own extension.
   return "標準設定(*.tv1;*.tvo1)|*.tv1;*.tvo*|ﾕｰｻﾞｰ設定(" + u1 + ")|" + u1 + "|ﾕｰｻﾞｰ設定2(" + u2 + ")|" + u2 +
-         "|JCAMP-DX(*.dx,*.jdx)|*.dx;*.jdx|CSVデータ(*.csv)|*.csv|すべてのﾌｧｲﾙ|*.*";
+         "|JCAMP-DX(*.dx,*.jdx)|*.dx;*.jdx|CSVデータ(*.csv)|*.csv|すべてのﾌｧｲﾙ|*.*" +
+         "|Bruker (fid, 1r, acqus)|fid;1r;acqus|JEOL (*.jdf)|*.jdf|Varian (fid, procpar)|fid;procpar";
 }
 
 std::string Open_Pattern(const Session& s, int index) {
@@ -203,6 +206,9 @@ std::string Open_Pattern(const Session& s, int index) {
     case 3: return Setting_Text(s, "USER EXTENSION 2");
     case 4: return "*.dx;*.jdx";
     case 5: return "*.csv";
+    case 7: return "fid;1r;acqus";
+    case 8: return "*.jdf";
+    case 9: return "fid;procpar";
     default: return "*.*";
   }
 }

@@ -100,6 +100,29 @@ void View_After_Load(Session& s) {
   Renew_Full_Scale(s);
 }
 
+void Wheel_View(Session& s, double at_ppm, double notches, bool zoom) {
+  if (!Has_Spectrum(s) || notches == 0) return;
+  const double low = std::min(Axis_First(s), Axis_Last(s)), high = std::max(Axis_First(s), Axis_Last(s));
+  double left = s.X_Left, right = s.X_Right;  // left the higher ppm
+  if (zoom) {
+    const double f = std::pow(1.25, -notches);
+    left = at_ppm + (left - at_ppm) * f;
+    right = at_ppm + (right - at_ppm) * f;
+  } else {
+    const double shift = 0.1 * (left - right) * notches;
+    left += shift;
+    right += shift;
+  }
+  if (left - right > high - low) left = high, right = low;
+  if (left > high) right -= left - high, left = high;
+  if (right < low) left += low - right, right = low;
+  if (!(left > right)) return;
+  s.X_Left = static_cast<float>(left);
+  s.X_Right = static_cast<float>(right);
+  s.X_Left_Hz = static_cast<float>(left * s.Spectrum_Frequency);
+  s.X_Right_Hz = static_cast<float>(right * s.Spectrum_Frequency);
+}
+
 // ---- magnification ----
 
 double X_Mag(const Session& s) {

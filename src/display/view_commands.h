@@ -35,6 +35,12 @@ bool Back_Enabled(const Session& s);
 // full scale renewed.
 void View_After_Load(Session& s);
 
+// The mouse wheel over the plot in the basic mode: each notch (positive
+// away from the operator) moves the view a tenth of its width toward
+// higher ppm, or with `zoom` narrows it by 1.25 about `at_ppm` (negative
+// notches widen it). The view stays within the spectrum.
+void Wheel_View(Session& s, double at_ppm, double notches, bool zoom);
+
 // ---- magnification ----
 
 // Horizontal magnification |FREQU / (X_Right - X_Left) / Spectrum_Frequency|;

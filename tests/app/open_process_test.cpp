@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QImage>
+#include <QWheelEvent>
 #include <QTest>
 #include <QLineEdit>
 #include <QFileDialog>
@@ -263,6 +264,62 @@ TEST(Road, NothingLostNothingBlank) {
   window.Refresh_View();
   window.Action("m35")->trigger();
   EXPECT_FLOAT_EQ(std::abs(s.X_Left - s.X_Right), std::abs(s.Spec_Axis[s.Spec_Points - 1] - s.Spec_Axis[0]));
+  s.Data_Saved = 1;
+  EXPECT_TRUE(window.Try_Exit());
+}
+
+TEST(Road, OpenDialogShowsBrukerFilesAndTheWheelMovesTheView) {
+  App();
+  const fs::path folder = tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1");
+  tevo::test::Temp_Dir home;
+  tevo::test::Write_Text(home / "1DCommon.ini", "1D Common Setting\r\nUSER MODE           1\r\n");
+  tevo::Session s;
+  tevo::app::Main_Window window(s);
+  window.resize(1000, 700);
+  window.Start(home.path().string(), "", "");
+  ASSERT_TRUE(window.Started());
+  window.show();
+
+  // The open dialog: no empty entries, every file under the all-files
+  // filter, the vendor filters; in an experiment folder "fid" is listed and
+  // opens into the processing window.
+  tevo::test::When_Window_Shown(
+      [](QWidget* w) { return qobject_cast<QFileDialog*>(w) != nullptr; },
+      [&folder](QWidget& w) {
+        auto& d = static_cast<QFileDialog&>(w);
+        const QStringList filters = d.nameFilters();
+        EXPECT_TRUE(filters.contains("すべてのﾌｧｲﾙ (*)")) << filters.join('|').toStdString();
+        EXPECT_TRUE(filters.contains("Bruker (fid 1r acqus)"));
+        EXPECT_TRUE(filters.contains("JEOL (*.jdf)"));
+        for (const QString& f : filters) EXPECT_FALSE(f.contains("()")) << f.toStdString();
+        EXPECT_TRUE(d.selectedFiles().isEmpty() || !d.selectedFiles().front().contains('*'));
+        d.setDirectory(QString::fromStdString(folder.string()));
+        d.selectNameFilter("Bruker (fid 1r acqus)");
+        QTest::qWait(300);
+        Save_Shot(&w, "road_open_dialog");
+        d.reject();
+      });
+  window.Action("NM1D_m11")->trigger();
+  // The experiment folder itself opens its FID.
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  ASSERT_EQ(window.Open(folder.string()), 0);
+  ASSERT_EQ(s.Is_Spectrum, 1);
+  EXPECT_EQ(fs::path(s.Param.Data_File).filename(), "fid");
+  EXPECT_EQ(window.Action("NM1D_m11")->shortcut(), QKeySequence(QKeySequence::Open));
+
+  // The wheel scrolls a zoomed view; Ctrl+wheel zooms about the cursor.
+  tevo::display::Set_X_Mag(s, 4.0);
+  window.Refresh_View();
+  const float width = s.X_Left - s.X_Right, left = s.X_Left;
+  auto* plot = window.Plot();
+  const QPointF at(plot->width() / 2.0, plot->height() / 2.0);
+  QWheelEvent up(at, plot->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(plot, &up);
+  EXPECT_NEAR(s.X_Left - left, 0.1 * width, 1e-3 * width);
+  QWheelEvent zoom(at, plot->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase,
+                   false);
+  QApplication::sendEvent(plot, &zoom);
+  EXPECT_NEAR(s.X_Left - s.X_Right, width / 1.25, 1e-3 * width);
   s.Data_Saved = 1;
   EXPECT_TRUE(window.Try_Exit());
 }
