@@ -224,7 +224,7 @@ void Main_Window::Refresh_View() {
   scroll_->setSingleStep(bar.small_change);
   scroll_->setValue(Bar_From_Thumb(bar.value, maximum));
   setting_scroll_ = false;
-  plot_->update();
+  plot_->Redraw();
 }
 
 void Main_Window::Rebuild_Recent_Menu() {

@@ -42,19 +42,25 @@ double Plot_Widget::Ppm_At(int x) const {
   return session_.X_Left + (session_.X_Right - session_.X_Left) * (x - x0) / (x1 - x0);
 }
 
+void Plot_Widget::Redraw() {
+  base_stale_ = true;
+  update();
+}
+
 void Plot_Widget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.fillRect(rect(), Qt::white);
-  // The plot is painted into an image by the one paint routine (exact XOR
-  // there), then shown.
-  QImage image(size(), QImage::Format_RGB32);
-  image.fill(Qt::white);
-  {
-    platform::QtSurface surface(image, logicalDpiY());
+  // The plot is painted into the kept picture by the one paint routine
+  // (exact XOR there) only when something but the mouse changed; the
+  // cross-hair and the rubber band go over the kept picture.
+  if (base_stale_ || base_.size() != size()) {
+    base_ = QImage(size(), QImage::Format_RGB32);
+    base_.fill(Qt::white);
+    platform::QtSurface surface(base_, logicalDpiY());
     const display::Paint_Result result = display::Picture1_Paint(session_, surface);
     frame_ = result.frame;
+    base_stale_ = false;
   }
-  painter.drawImage(0, 0, image);
+  painter.drawImage(0, 0, base_);
   if (drag_start_.x() >= 0 && cursor_x_ >= 0) {
     painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
     painter.setPen(QPen(Qt::white, 0, Qt::DotLine));

@@ -2,6 +2,7 @@
 // one paint routine and turns mouse actions into view commands.
 #pragma once
 
+#include <QImage>
 #include <QWidget>
 #include <functional>
 
@@ -19,6 +20,10 @@ class Plot_Widget : public QWidget {
   double Ppm_At(int x) const;
   // The frame of the last paint.
   const display::Plot_Frame& Frame() const { return frame_; }
+  // Paints the plot anew at the next paint: data, view or style changed.
+  // Without it a paint shows the kept picture with the cross-hair and the
+  // rubber band over it (a mouse move repaints nothing else).
+  void Redraw();
 
  signals:
   void cursor_moved(double ppm, double height);
@@ -45,6 +50,8 @@ class Plot_Widget : public QWidget {
   int cursor_x_ = -1;  // cross-hair column, -1 when the mouse is outside
   int cursor_y_ = -1;
   display::Plot_Frame frame_;
+  QImage base_;  // the kept picture of the last full paint
+  bool base_stale_ = true;
   QPoint drag_start_{-1, -1};  // corner of a zoom drag, (-1, -1) when none
 };
 
