@@ -1,5 +1,7 @@
 #include "fid_window.h"
 
+#include "display/spectrum_trace.h"
+
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -13,6 +15,7 @@
 #include <functional>
 
 #include "dialog_parts.h"
+#include "display/spectrum_trace.h"
 #include "hold_button.h"
 #include "lp_dialog.h"
 #include "phase_panel.h"
@@ -53,14 +56,22 @@ class Trace_View : public QWidget {
     }
     const double base = spectrum_ ? height() * (0.9 - st_.Vertical_Offset) : height() * 0.5;
     const double scale = (spectrum_ ? 0.85 : 0.45) * height() / full;
+    // The same decimated trace as the main plot: at most four vertices a
+    // pixel column, whatever the number of points. The x values are the
+    // point indices; the spectrum runs with the high index on the left.
+    static std::vector<float> index;
+    if (index.size() < static_cast<std::size_t>(n))
+      for (auto k = index.size(); k < static_cast<std::size_t>(n); ++k) index.push_back(static_cast<float>(k));
     auto trace = [&](const Point_Array& y, const QColor& colour) {
-      QPolygonF line;
-      const double span = std::max(1, b - a);
-      // The spectrum runs with the high index on the left.
-      for (int32_t i = a; i <= b; ++i) {
-        const double fx = spectrum_ ? double(b - i) / span : double(i - a) / span;
-        line << QPointF(fx * (width() - 1), base - y(i, row) * scale);
-      }
+      const std::span<const float> values = y.Row(static_cast<std::size_t>(row));
+      const double left = spectrum_ ? b : a, right = spectrum_ ? a : (b > a ? b : a + 1);
+      const display::Trace_Vertices v =
+          display::Decimate_Trace(std::span<const float>(index.data(), static_cast<std::size_t>(n)),
+                                  values.first(std::min(values.size(), static_cast<std::size_t>(n))), n, left, right, 0,
+                                  width() - 1, base / scale, 0, static_cast<int>(std::lround(base)), 0, height() - 1);
+      QPolygon line;
+      line.reserve(static_cast<int>(v.points.size()));
+      for (const platform::Point& q : v.points) line << QPoint(q.x, q.y);
       p.setPen(QPen(colour, 0));
       p.drawPolyline(line);
     };
