@@ -1,0 +1,125 @@
+// The application's plot at 524288 points in a 1600 x 900 picture: one
+// mouse move (the cross-hair over the kept picture, or the whole plot
+// painted again as before), one phase step of the main window end to end
+// (rotation, display copy, paint), and one repaint of the processing
+// window with its preview. Run offscreen.
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QMouseEvent>
+#include <cmath>
+#include <cstdlib>
+
+#include "display/view_commands.h"
+#include "fid_window.h"
+#include "platform/ui.h"
+#include "plot_widget.h"
+#include "session/session.h"
+#include "signal/phase_mode.h"
+
+namespace {
+
+constexpr int32_t kPoints = 524288;
+
+QApplication& App() {
+  static int argc = 1;
+  static char name[] = "window_bench";
+  static char* argv[] = {name, nullptr};
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  static QApplication app(argc, argv);
+  return app;
+}
+
+// A spectrum of many narrow lines over the whole width.
+void Fill_Spectrum(tevo::Session& s) {
+  s.Array_Rows = 1;
+  tevo::Alloc_Point_Arrays(s, kPoints);
+  s.Spec_Points = kPoints;
+  s.Is_Spectrum = 1;
+  s.Param.POINT = kPoints;
+  s.Param.FREQU = 8000;
+  s.Param.RESOL = 8000.0f / kPoints;
+  s.Spectrum_Frequency = 400;
+  for (int32_t i = 0; i < kPoints; ++i) {
+    const auto k = static_cast<std::size_t>(i);
+    const double d = std::fmod(i, 4099.0) - 2049;
+    s.Spec_Re(k) = s.Ft_Re(k) = static_cast<float>(1.0 / (1.0 + d * d / 9.0));
+    s.Spec_Im(k) = s.Ft_Im(k) = static_cast<float>(d / 3.0 / (1.0 + d * d / 9.0));
+    s.Spec_Axis[k] = static_cast<float>(i * 20.0 / kPoints);
+  }
+  s.Max_Abs = 1;
+  tevo::Build_Disp_Arrays(s, 0);
+  tevo::display::View_After_Load(s);
+}
+
+void BM_Mouse_Move(benchmark::State& state) {
+  App();
+  tevo::platform::Scripted_Ui ui;
+  ui.quiet = true;
+  tevo::Session s;
+  s.ui = &ui;
+  Fill_Spectrum(s);
+  tevo::app::Plot_Widget plot(s);
+  plot.resize(1600, 900);
+  QImage image(plot.size(), QImage::Format_RGB32);
+  plot.render(&image);
+  const bool kept = state.range(0) != 0;
+  int x = 100;
+  for (auto _ : state) {
+    if (!kept) plot.Redraw();  // every move paints the whole plot, as before
+    x = x < 1500 ? x + 7 : 100;
+    QMouseEvent move(QEvent::MouseMove, QPointF(x, 400), QPointF(x, 400), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(&plot, &move);
+    plot.render(&image);
+  }
+}
+BENCHMARK(BM_Mouse_Move)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void BM_Main_Phase_Step(benchmark::State& state) {
+  App();
+  tevo::platform::Scripted_Ui ui;
+  ui.quiet = true;
+  tevo::Session s;
+  s.ui = &ui;
+  Fill_Spectrum(s);
+  tevo::app::Plot_Widget plot(s);
+  plot.resize(1600, 900);
+  QImage image(plot.size(), QImage::Format_RGB32);
+  int step = 0;
+  for (auto _ : state) {
+    tevo::signal::Phase_Step(s, tevo::signal::Phase_Place::Main_Window, 0, (step++ & 1) ? 5 : 8);
+    plot.Redraw();
+    plot.render(&image);
+  }
+}
+BENCHMARK(BM_Main_Phase_Step)->Unit(benchmark::kMillisecond);
+
+void BM_Processing_Window_Repaint(benchmark::State& state) {
+  App();
+  tevo::platform::Scripted_Ui ui;
+  ui.quiet = true;
+  tevo::Session s;
+  s.ui = &ui;
+  s.Array_Rows = 1;
+  tevo::Alloc_Point_Arrays(s, kPoints);
+  s.Spec_Points = s.Base_Point_Count = s.Fid_Points = kPoints;
+  s.Param.POINT = kPoints;
+  s.Param.FREQU = 8000;
+  s.Param.RESOL = 8000.0f / kPoints;
+  s.Observe_Frequency = s.Spectrum_Frequency = 400;
+  s.Is_Fid = 1;
+  for (int32_t i = 0; i < kPoints; ++i) {
+    const double t = i / 8000.0;
+    s.Fid_Re(static_cast<std::size_t>(i)) = static_cast<float>(std::exp(-t) * std::cos(6.283 * 1000 * t));
+    s.Fid_Im(static_cast<std::size_t>(i)) = static_cast<float>(std::exp(-t) * std::sin(6.283 * 1000 * t));
+  }
+  tevo::app::Fid_Window window(s);
+  window.resize(1600, 900);
+  QImage image(window.size(), QImage::Format_RGB32);
+  for (auto _ : state) window.render(&image);
+}
+BENCHMARK(BM_Processing_Window_Repaint)->Unit(benchmark::kMillisecond);
+
+}  // namespace
