@@ -179,6 +179,13 @@ void Main_Window::Connect_Commands() {
     Refresh_State();
   });
   connect(Action("m292"), &QAction::triggered, this, &Main_Window::On_Parameters);
+  for (const session::Layer_Switch& l : session::Layer_Switches()) {
+    Action(l.id)->setCheckable(true);
+    connect(Action(l.id), &QAction::triggered, this, [this, l] {
+      session::Layer_Chosen(session_, l);
+      Refresh_State();
+    });
+  }
   connect(Action("m35"), &QAction::triggered, this, [this] {
     display::Save_Mag(session_);
     display::View_After_Load(session_);
@@ -204,6 +211,8 @@ void Main_Window::Refresh_State() {
       {"m24", session::Mode_Peak},      {"m25", session::Mode_Integral}, {"m26", session::Mode_Inset}};
   for (const auto& [id, mode] : mode_items) Action(id)->setChecked(session_.Mode.Edit_Mode == mode);
   Action("m34")->setChecked(session_.Show_Magnitude != 0);
+  for (const session::Layer_Switch& l : session::Layer_Switches())
+    Action(l.id)->setChecked(session::Layer_Checked(session_, l));
   panels_->setCurrentIndex(std::clamp<int>(session_.Mode.Edit_Mode, 0, 6));
   setWindowTitle(Q(session::Window_Caption(session_.Open_Name)));
   Rebuild_Recent_Menu();

@@ -173,8 +173,26 @@ std::map<std::string, bool> Menu_Enabled(const Session& s) {
   for (const char* id : {"m6", "m341", "m342", "m293", "m61", "m52"}) m[id] = array;
   m["m13"] = loaded && s.settings.Int("ALS SAVE OK") != 0;
   m["m102"] = !s.settings.Recent_Files.empty();
+  for (const Layer_Switch& l : Layer_Switches()) m[l.id] = true;
   for (auto& [id, enabled] : m) enabled = enabled && Command_Built(id);
   return m;
+}
+
+const std::vector<Layer_Switch>& Layer_Switches() {
+  static const std::vector<Layer_Switch> table = {
+      {"m361", "INTEGRAL DISP", 1, true},  {"m368", "INTEG BASE DISP", 1, true},
+      {"m362", "PEAK PICK DISP", 1, true}, {"m365", "PEAK TOP DISP", 1, true},
+      {"m366", "PEAK NUM DISP", 1, true},  {"m363", "MULTI VIEW DISP", 1, true},
+      {"m364", "MULTI SPEC DISP", 1, true}, {"m367", "DISPLAY GRID", 1, true},
+      {"m371", "PEAK POSITION", 1, false}, {"m372", "PEAK POSITION", 0, false}};
+  return table;
+}
+
+bool Layer_Checked(const Session& s, const Layer_Switch& l) { return s.settings.Int(l.key) == l.on; }
+
+void Layer_Chosen(Session& s, const Layer_Switch& l) {
+  const int value = l.toggles && Layer_Checked(s, l) ? 1 - l.on : l.on;
+  s.settings.Set(l.key, static_cast<double>(value));
 }
 
 bool Command_Built(const std::string& id) {
@@ -186,7 +204,8 @@ bool Command_Built(const std::string& id) {
       // edit
       "m21", "m22", "m291", "m292",
       // view and settings
-      "m31", "m30", "m35", "m34", "m44", "m41"};
+      "m31", "m30", "m35", "m34", "m44", "m41", "m36", "m37", "m361", "m368", "m362", "m365", "m366", "m363",
+      "m364", "m367", "m371", "m372"};
   return built.count(id) != 0;
 }
 

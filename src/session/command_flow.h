@@ -87,6 +87,22 @@ int Display_Columns(const std::string& text);
 // item missing from the map is disabled.
 std::map<std::string, bool> Menu_Enabled(const Session& s);
 
+// The display switches of "表示するもの" (m361 .. m368) and "ピーク位置の
+// 表示場所" (m371 above, m372 below): the settings key each one shows, and
+// the value that checks it (the m36x items are on at 1 and toggle).
+struct Layer_Switch {
+  const char* id;
+  const char* key;
+  int on;  // the key's value that checks the item
+  bool toggles;  // m36x; the two m37x set their value
+};
+const std::vector<Layer_Switch>& Layer_Switches();
+// The item's check state from the settings.
+bool Layer_Checked(const Session& s, const Layer_Switch& l);
+// The item chosen: a m36x switch turns its layer over, a m37x one sets the
+// place of the peak labels.
+void Layer_Chosen(Session& s, const Layer_Switch& l);
+
 // True for the menu commands the program carries out today. An issue that
 // builds a command adds it here; every other item stays disabled.
 bool Command_Built(const std::string& id);

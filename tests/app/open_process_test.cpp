@@ -348,6 +348,7 @@ TEST(MainWindow, EveryEnabledMenuItemDoesSomething) {
     std::ostringstream o;
     o << s.Mode.Edit_Mode << ' ' << s.Show_Magnitude << ' ' << s.X_Left << ' ' << s.X_Right << ' ' << s.Data_Saved
       << ' ' << s.Spec_Re(100) << ' ' << s.settings.Recent_Files.size() << ' ' << s.Param.COMNT;
+    for (const auto& l : tevo::session::Layer_Switches()) o << ' ' << s.settings.Int(l.key);
     return o.str();
   };
   int walked = 0;

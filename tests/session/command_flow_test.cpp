@@ -1,6 +1,8 @@
 // The mode interlock, the recent-file list and the menu state.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "platform/ui.h"
 #include "session/command_flow.h"
 #include "session/session.h"
@@ -87,6 +89,23 @@ TEST(MenuState, NoDataLoadedAndArray) {
   EXPECT_FALSE(session::Menu_Enabled(s)["m52"]);
   EXPECT_FALSE(session::Menu_Enabled(s)["m24"]);
   EXPECT_EQ(session::Window_Caption("/data/a.tv1"), "NMR 1D              /DATA/A.TV1");
+
+  // The display switches show their key and turn it over; the two places of
+  // the peak labels set it.
+  const auto& switches = session::Layer_Switches();
+  const auto find = [&](const char* id) {
+    return *std::find_if(switches.begin(), switches.end(), [&](const auto& l) { return std::string(l.id) == id; });
+  };
+  s.settings.Set("DISPLAY GRID", 0.0);
+  EXPECT_FALSE(session::Layer_Checked(s, find("m367")));
+  session::Layer_Chosen(s, find("m367"));
+  EXPECT_EQ(s.settings.Int("DISPLAY GRID"), 1);
+  EXPECT_TRUE(session::Layer_Checked(s, find("m367")));
+  session::Layer_Chosen(s, find("m372"));
+  EXPECT_EQ(s.settings.Int("PEAK POSITION"), 0);
+  EXPECT_TRUE(session::Layer_Checked(s, find("m372")));
+  EXPECT_FALSE(session::Layer_Checked(s, find("m371")));
+  EXPECT_TRUE(session::Menu_Enabled(s)["m367"]);
 }
 
 }  // namespace
