@@ -67,6 +67,14 @@ int32_t Integ_Add(Session& s, int32_t end_point, int32_t start_point) {
   return i;
 }
 
+int32_t Spec_Point_Of_Ppm(const Session& s, double ppm) {
+  const int32_t n = std::min<int32_t>(s.Spec_Points, static_cast<int32_t>(s.Spec_Axis.size()));
+  if (n < 2) return 0;
+  const double a0 = s.Spec_Axis[0], a1 = s.Spec_Axis[static_cast<std::size_t>(n - 1)];
+  const double k = a1 != a0 ? (ppm - a0) / (a1 - a0) * (n - 1) : 0.0;
+  return static_cast<int32_t>(std::clamp(std::nearbyint(k), 0.0, double(n - 1)));
+}
+
 int32_t Integ_Region_At(const Session& s, int32_t point) {
   for (std::size_t i = 0; i < s.Integrals.size(); ++i)
     if (point >= s.Integrals[i].Start_Point && point <= s.Integrals[i].End_Point) return static_cast<int32_t>(i);

@@ -26,6 +26,9 @@ void Level_Region(const Session& s, Integ_Rec& r);
 // End_Point <= Start_Point or the list is full. The new index, or -1.
 int32_t Integ_Add(Session& s, int32_t end_point, int32_t start_point);
 
+// The Spec_Re index nearest to `ppm` on the axis, clamped into the spectrum.
+int32_t Spec_Point_Of_Ppm(const Session& s, double ppm);
+
 // The region whose range holds Spec_Re index `point`; -1 for none.
 int32_t Integ_Region_At(const Session& s, int32_t point);
 
