@@ -27,6 +27,7 @@ struct Spectrum_Session {
     Alloc_Point_Arrays(s, n);
     s.Spec_Points = n;
     s.Is_Spectrum = 1;
+    s.Param.POINT = n;
     s.Observe_Frequency = s.Spectrum_Frequency = 400;
     s.Param.OBNUC = "1H";
     s.Param.FREQU = 4000;
