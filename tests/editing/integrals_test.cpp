@@ -8,6 +8,8 @@
 #include "editing/baseline.h"
 #include "editing/integral_sum.h"
 #include "editing/integrals.h"
+#include "editing/list_tables.h"
+#include "session/number_text.h"
 #include "editing/undo.h"
 #include "spectrum_rows.h"
 
@@ -44,6 +46,11 @@ TEST(Integration, RegionsLevelledFromTheirEndsStandInTheRatioOfTheirLines) {
   EXPECT_NEAR(s.Integ_Scale, (0.8 - 0.1) / s.Integrals[2].Value, 1e-6);
   editing::Integ_Rescale(s);
   EXPECT_NEAR(s.Integ_Scale, (0.8 - 0.1) / s.Integrals[2].Value, 1e-6);
+  const editing::List_Table table = editing::Integral_List_Table(s);
+  EXPECT_EQ(table.heads, (std::vector<std::string>{"番号", "Start(ppm)", "End(ppm)", "積分値", "B0", "B1"}));
+  ASSERT_EQ(table.rows.size(), 3u);
+  EXPECT_EQ(table.rows[0][3], "1.000");
+  EXPECT_EQ(table.rows[0][1], Format_Number(s.Spec_Axis[600], "###0.000"));
   // A reference value of 0 shows 0 for all; a reference region summing to 0
   // shows the raw values.
   editing::Integ_Set_Reference(s, 1, 0.0f);

@@ -10,6 +10,7 @@
 
 #include <cstring>
 
+#include "editing/list_tables.h"
 #include "editing/peaks.h"
 #include "editing/undo.h"
 #include "spectrum_rows.h"
@@ -97,6 +98,16 @@ TEST(PeakSearch, OfferRuleAndToolsKeepTheListInOrder) {
   rows = editing::Peak_List_Rows(s, true);
   EXPECT_EQ(rows[0].number, 1);
   EXPECT_NEAR(rows[0].freq, 3.75, 1e-6);  // the last peak first, in kHz
+
+  // The list window's texts.
+  s.settings.Set("PEAK LIST DIRECT", 0);
+  const editing::List_Table table = editing::Peak_List_Table(s);
+  EXPECT_EQ(table.heads, (std::vector<std::string>{"番号", "ppm", "Hz", "実強度", "強度"}));
+  ASSERT_EQ(table.rows.size(), 4u);
+  EXPECT_EQ(table.rows[1][0], "    2");
+  EXPECT_EQ(table.rows[1][2], "     1000.0");
+  EXPECT_EQ(table.rows[1][3], "2");
+  EXPECT_EQ(table.rows[1][4], "  100.00");
 
   EXPECT_TRUE(editing::PeakCommand3_Click(s));
   EXPECT_TRUE(s.Peaks.empty());
