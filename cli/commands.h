@@ -7,6 +7,7 @@
 #include <string>
 
 #include "session/session.h"
+#include "signal/fid_processing.h"
 
 namespace tevo::cli {
 
@@ -36,10 +37,27 @@ int Start_Session(Context& ctx);
 // Removes this run's work marker and temporaries (settings are not written).
 void End_Session(Context& ctx);
 
+// Starts the session, reads PATH through the open command and processes a
+// FID by `req` (the processing window's defaults when empty). Returns an
+// exit code; `processed` says whether a FID was transformed.
+int Open_Data(Context& ctx, const std::string& path, const signal::Process_Request& req = {},
+              signal::Process_Report* report = nullptr, bool* processed = nullptr);
+
+// The output kinds of `process` by extension (.tv1 .als .dx .jdx .txt .dat
+// .asc): whether OUT names one, and writing the session as it (a core status).
+bool Known_Output(const std::string& out);
+int Write_Output(Session& s, const std::string& out);
+
+// "LEFT,RIGHT" in ppm; false for anything else.
+bool Parse_Ppm_Range(const std::string& text, float& left, float& right);
+
 void Register_Settings(CLI::App& app, Context& ctx);
 void Register_Info(CLI::App& app, Context& ctx);
 void Register_Process(CLI::App& app, Context& ctx);
 void Register_Render(CLI::App& app, Context& ctx);
 void Register_Sample(CLI::App& app, Context& ctx);
+void Register_Peaks(CLI::App& app, Context& ctx);
+void Register_Integrate(CLI::App& app, Context& ctx);
+void Register_Baseline(CLI::App& app, Context& ctx);
 
 }  // namespace tevo::cli

@@ -18,6 +18,9 @@ int main(int argc, char** argv) {
   tevo::cli::Register_Process(app, ctx);
   tevo::cli::Register_Render(app, ctx);
   tevo::cli::Register_Sample(app, ctx);
+  tevo::cli::Register_Peaks(app, ctx);
+  tevo::cli::Register_Integrate(app, ctx);
+  tevo::cli::Register_Baseline(app, ctx);
 
   try {
     app.parse(argc, argv);

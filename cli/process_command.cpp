@@ -118,15 +118,43 @@ const Output_Kind* Output_Kind_Of(const std::string& out) {
 
 }  // namespace
 
+bool Parse_Ppm_Range(const std::string& text, float& left, float& right) {
+  std::vector<float> v;
+  if (!Parse_List(text, 2, v)) return false;
+  left = v[0], right = v[1];
+  return true;
+}
+
+bool Known_Output(const std::string& out) { return Output_Kind_Of(out) != nullptr; }
+
+int Write_Output(Session& s, const std::string& out) {
+  const Output_Kind* kind = Output_Kind_Of(out);
+  return kind ? kind->write(s, out) : 1;
+}
+
+int Open_Data(Context& ctx, const std::string& path, const signal::Process_Request& req, signal::Process_Report* report,
+              bool* processed) {
+  if (int st = Start_Session(ctx); st != 0) return Exit_From_Status(st);
+  Session& s = ctx.session;
+  const int read = datafiles::NM1D_m11_Click(s, {path, {}});
+  if (read != 0) return Exit_From_Status(read);
+  const bool fid = s.Param.SMODE == 0 || s.Is_Fid;
+  if (processed) *processed = fid;
+  if (!fid) return Exit_Good;
+  signal::Process_Report local;
+  const int done = signal::Process_Fid(s, req, report ? *report : local);
+  if (done == 2) {
+    std::cerr << "process: --lb must be above 0 and --trap ascending\n";
+    return Exit_Usage;
+  }
+  return Exit_From_Status(done);
+}
+
 void Register_Process(CLI::App& app, Context& ctx) {
   auto* cmd = app.add_subcommand("process", "read a data file and write it as OUT");
   static Process_Options o;
   Add_Process_Options(cmd, o);
   cmd->callback([&ctx] {
-    if (int st = Start_Session(ctx); st != 0) {
-      ctx.exit_code = Exit_From_Status(st);
-      return;
-    }
     Session& s = ctx.session;
     signal::Process_Request req;
     if (!Make_Request(o, req)) {
@@ -141,24 +169,11 @@ void Register_Process(CLI::App& app, Context& ctx) {
       ctx.exit_code = Exit_Usage;
       return;
     }
-    const int read = datafiles::NM1D_m11_Click(s, {o.path, {}});
-    if (read != 0) {
-      ctx.exit_code = Exit_From_Status(read);
-      return;
-    }
-    const bool fid = s.Param.SMODE == 0 || s.Is_Fid;
     signal::Process_Report report;
-    if (fid) {
-      const int processed = signal::Process_Fid(s, req, report);
-      if (processed == 2) {
-        std::cerr << "process: --lb must be above 0 and --trap ascending\n";
-        ctx.exit_code = Exit_Usage;
-        return;
-      }
-      if (processed != 0) {
-        ctx.exit_code = Exit_From_Status(processed);
-        return;
-      }
+    bool fid = false;
+    if (int rc = Open_Data(ctx, o.path, req, &report, &fid); rc != Exit_Good) {
+      ctx.exit_code = rc;
+      return;
     }
     const int written = kind->write(s, o.out);
     if (o.json) {

@@ -161,7 +161,7 @@ struct Session {
 
   // ---- peaks ----
   std::vector<Peak_Rec> Peaks;  // at most Peak_Max, ascending frequency
-  float Peak_Level = 0.2f, Noise_Level = 0.05f, Base_Level = 0;  // × Max_Abs
+  float Peak_Level = 0.01f, Noise_Level = 0.005f, Base_Level = 0;  // × Max_Abs
 
   // ---- integrals ----
   std::vector<Integ_Rec> Integrals;  // at most Integ_Max
@@ -175,6 +175,9 @@ struct Session {
   int16_t Base_Corrected = 0;  // a baseline correction has been made on the spectrum
   std::vector<int32_t> Base_Point;
   std::vector<float> Base_Re, Base_Im;
+  int16_t Base_Average = 5;  // "AVERAGE POINT": half-width of the fit window, points
+  int16_t Base_Preview = 0;  // 1 while the corrected spectrum is shown in the mode
+  std::vector<float> Base_Entry_Re, Base_Entry_Im;  // Spec_* of the row on entering the mode
 
   // ---- insets and annotations ----
   std::vector<Inset_Rec> Insets;  // at most Inset_Max
