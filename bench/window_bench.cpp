@@ -53,17 +53,27 @@ void Fill_Spectrum(tevo::Session& s) {
   tevo::display::View_After_Load(s);
 }
 
-void BM_Mouse_Move(benchmark::State& state) {
-  App();
+// A quiet session with the spectrum, and the main plot over it.
+struct Plot_Bench {
+  QApplication& app = App();
   tevo::platform::Scripted_Ui ui;
-  ui.quiet = true;
   tevo::Session s;
-  s.ui = &ui;
-  Fill_Spectrum(s);
-  tevo::app::Plot_Widget plot(s);
-  plot.resize(1600, 900);
-  QImage image(plot.size(), QImage::Format_RGB32);
-  plot.render(&image);
+  tevo::app::Plot_Widget plot{s};
+  QImage image;
+  Plot_Bench() {
+    ui.quiet = true;
+    s.ui = &ui;
+    Fill_Spectrum(s);
+    plot.resize(1600, 900);
+    image = QImage(plot.size(), QImage::Format_RGB32);
+    plot.render(&image);
+  }
+};
+
+void BM_Mouse_Move(benchmark::State& state) {
+  Plot_Bench b;
+  auto& plot = b.plot;
+  auto& image = b.image;
   const bool kept = state.range(0) != 0;
   int x = 100;
   for (auto _ : state) {
@@ -78,20 +88,12 @@ void BM_Mouse_Move(benchmark::State& state) {
 BENCHMARK(BM_Mouse_Move)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 void BM_Main_Phase_Step(benchmark::State& state) {
-  App();
-  tevo::platform::Scripted_Ui ui;
-  ui.quiet = true;
-  tevo::Session s;
-  s.ui = &ui;
-  Fill_Spectrum(s);
-  tevo::app::Plot_Widget plot(s);
-  plot.resize(1600, 900);
-  QImage image(plot.size(), QImage::Format_RGB32);
+  Plot_Bench b;
   int step = 0;
   for (auto _ : state) {
-    tevo::signal::Phase_Step(s, tevo::signal::Phase_Place::Main_Window, 0, (step++ & 1) ? 5 : 8);
-    plot.Redraw();
-    plot.render(&image);
+    tevo::signal::Phase_Step(b.s, tevo::signal::Phase_Place::Main_Window, 0, (step++ & 1) ? 5 : 8);
+    b.plot.Redraw();
+    b.plot.render(&b.image);
   }
 }
 BENCHMARK(BM_Main_Phase_Step)->Unit(benchmark::kMillisecond);

@@ -73,19 +73,30 @@ std::vector<float> Row0(const tevo::Session& s) {
   return v;
 }
 
+// A main window started on a fresh program folder with the common
+// settings (no user window), shown; `path` as its command line.
+struct Started_Window {
+  bool app = (App(), true);
+  tevo::test::Temp_Dir home;
+  tevo::Session s;
+  tevo::app::Main_Window window{s};
+  explicit Started_Window(const std::string& path = "") {
+    tevo::test::Write_Text(home / "1DCommon.ini", "1D Common Setting\r\nUSER MODE           1\r\n");
+    window.resize(1000, 700);
+    window.Start(home.path().string(), "", path);
+    window.show();
+  }
+};
+
 TEST(Application, BrukerFidToSpectrumPhaseZoomSaveReopen) {
   App();
   const fs::path fid =
       tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid");
-  tevo::test::Temp_Dir home;
-  tevo::test::Write_Text(home / "1DCommon.ini", "1D Common Setting\r\nUSER MODE           1\r\n");
-
-  tevo::Session s;
-  tevo::app::Main_Window window(s);
-  window.resize(1000, 700);
-  window.Start(home.path().string(), "", fid.string());
-  ASSERT_TRUE(window.Started());
-  window.show();
+  Started_Window started(fid.string());
+  ASSERT_TRUE(started.window.Started());
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
+  const fs::path& home = started.home.path();
   const int empty_ink = Ink(window.Plot());
 
   // The FID opens the processing window with a previewed spectrum; 完 了.
@@ -174,14 +185,11 @@ TEST(Road, NothingLostNothingBlank) {
   const auto data = [](const char* name) { return tevo::test::Test_Data_File(name).string(); };
   const std::string aspirin = data("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid");
   const std::string cyclosporin = data("bruker-data-test@1.0.0/data/unzipped/cyclosporin_1h/cyclosporin_1h/1/fid");
-  tevo::test::Temp_Dir home;
-  tevo::test::Write_Text(home / "1DCommon.ini", "1D Common Setting\r\nUSER MODE           1\r\n");
-  tevo::Session s;
-  tevo::app::Main_Window window(s);
-  window.resize(1000, 700);
-  window.Start(home.path().string(), "", "");
-  ASSERT_TRUE(window.Started());
-  window.show();
+  Started_Window started;
+  ASSERT_TRUE(started.window.Started());
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
+  const fs::path& home = started.home.path();
 
   // A native file to start from.
   Click_When_Shown<tevo::app::Fid_Window>("Command3");
@@ -276,14 +284,10 @@ TEST(Road, NothingLostNothingBlank) {
 TEST(Road, OpenDialogShowsBrukerFilesAndTheWheelMovesTheView) {
   App();
   const fs::path folder = tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1");
-  tevo::test::Temp_Dir home;
-  tevo::test::Write_Text(home / "1DCommon.ini", "1D Common Setting\r\nUSER MODE           1\r\n");
-  tevo::Session s;
-  tevo::app::Main_Window window(s);
-  window.resize(1000, 700);
-  window.Start(home.path().string(), "", "");
-  ASSERT_TRUE(window.Started());
-  window.show();
+  Started_Window started;
+  ASSERT_TRUE(started.window.Started());
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
 
   // The open dialog: no empty entries, every file under the all-files
   // filter, the vendor filters; in an experiment folder "fid" is listed and
@@ -331,14 +335,10 @@ TEST(Road, OpenDialogShowsBrukerFilesAndTheWheelMovesTheView) {
 
 TEST(MainWindow, EveryEnabledMenuItemDoesSomething) {
   App();
-  tevo::test::Temp_Dir home;
-  tevo::test::Write_Text(home / "1DCommon.ini", "1D Common Setting\r\nUSER MODE           1\r\n");
-  tevo::Session s;
-  tevo::app::Main_Window window(s);
-  window.resize(1000, 700);
-  window.Start(home.path().string(), "", "");
-  ASSERT_TRUE(window.Started());
-  window.show();
+  Started_Window started;
+  ASSERT_TRUE(started.window.Started());
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
   Click_When_Shown<tevo::app::Fid_Window>("Command3");
   ASSERT_EQ(window.Open(tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string()), 0);
   tevo::session::Set_RecentFile_Menu(s, s.Open_Name);
@@ -356,6 +356,8 @@ TEST(MainWindow, EveryEnabledMenuItemDoesSomething) {
     QAction* a = window.Action(item.id);
     if (std::string(item.caption) == "-" || !a || a->menu() || !a->isEnabled() || !a->isVisible()) continue;
     if (std::string(item.id) == "m19") continue;  // the end: its own test
+    // Choosing the place of the peak labels that is already chosen keeps it.
+    if (std::string(item.id).rfind("m37", 0) == 0 && a->isChecked()) continue;
     SCOPED_TRACE(item.id);
     ++walked;
     // Zoomed in, so that a whole-view command changes the view.

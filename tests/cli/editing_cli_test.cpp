@@ -31,18 +31,19 @@ TEST(EditingCli, PeaksIntegrateAndBaselineOnTheAspirinFid) {
   EXPECT_DOUBLE_EQ(best, 100.0);
   EXPECT_NE(test::Read_Text(dir / "a.red").find("Data No.= " + std::to_string(pj["count"].get<int>()) + "\r\n"),
             std::string::npos);
-  // A range keeps the search inside it (the program's axis of this FID has
-  // its carrier at 0 ppm: the CH3 sits near -5.2).
-  peaks = test::Run_Cli({"--home", home, "peaks", fid, "--range", "-5,-5.5", "--json"});
+  // A range keeps the search inside it: the CH3 near 2.29 ppm.
+  peaks = test::Run_Cli({"--home", home, "peaks", fid, "--range", "2.5,2.0", "--json"});
   ASSERT_EQ(peaks.exit_code, 0);
-  for (const auto& p : nlohmann::json::parse(peaks.out)["peaks"]) {
-    EXPECT_LE(p["ppm"].get<double>(), -5.0);
-    EXPECT_GE(p["ppm"].get<double>(), -5.5);
+  const auto in_range = nlohmann::json::parse(peaks.out)["peaks"];
+  ASSERT_FALSE(in_range.empty());
+  for (const auto& p : in_range) {
+    EXPECT_LE(p["ppm"].get<double>(), 2.5);
+    EXPECT_GE(p["ppm"].get<double>(), 2.0);
   }
 
   // Two aromatic protons and the CH3, the first worth 1.
-  auto integ = test::Run_Cli({"--home", home, "integrate", fid, "--region", "0.098,-0.032", "--region", "-0.155,-0.273",
-                              "--region", "-5.159,-5.289", "--reference", "1=1", "--baseline", "auto", "--json", "-o",
+  auto integ = test::Run_Cli({"--home", home, "integrate", fid, "--region", "7.598,7.468", "--region", "7.345,7.227",
+                              "--region", "2.341,2.211", "--reference", "1=1", "--baseline", "auto", "--json", "-o",
                               (dir / "a.Ilist").string()});
   ASSERT_EQ(integ.exit_code, 0);
   const auto ij = nlohmann::json::parse(integ.out);
