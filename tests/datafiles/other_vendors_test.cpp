@@ -463,6 +463,26 @@ TEST_F(Other_Vendors, JeolExBothLayoutsAlphaAndLambda) {
   Expect_Points(spec);
   Expect_Line(spec);
 
+  // A first line of 79 characters is the keyed layout's head, of 80 the
+  // long line.
+  for (size_t width : {79, 80}) {
+    Ex_Params x;
+    RP(std::string("POINT  4096") + std::string(width - 11, ' ') + "\nPOINT  2048\n", x);
+    EXPECT_EQ(x.d.p.POINT, width == 79 ? 2048 : 4096) << width;
+  }
+  // 1048576 real values are 524288 complex points, the most the transform
+  // takes; 1048578 are too many.
+  Vendor_Spec big;
+  big.points = 524288;
+  const auto large = test::Build_Ex(dir / "ex_big", big, false);
+  ASSERT_EQ(Open(large.Open()), 0) << Message();
+  EXPECT_EQ(s.Fid_Points, 524288);
+  std::string gxp = test::Read_Text(large.folder / "ex.gxp");
+  gxp.replace(gxp.find("POINT  1048576"), 14, "POINT  1048578");
+  test::Write_Text(large.folder / "ex.gxp", gxp);
+  EXPECT_EQ(Open(large.Open()), 1);
+  EXPECT_EQ(Message(), "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+
   // Long-line layout, a spectrum: the carrier at its reference shift.
   Vendor_Spec spectrum;
   spectrum.spectrum = true;

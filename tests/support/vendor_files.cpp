@@ -100,6 +100,21 @@ std::string Symbol_First(const std::string& nucleus) {
   return nucleus.substr(digits) + nucleus.substr(0, digits);
 }
 
+// Every row of points as real32 words, real and imaginary interleaved,
+// rows one after another.
+std::vector<uint8_t> Interleaved_Float32(const Vendor_Spec& spec, bool big_endian) {
+  const auto n = static_cast<size_t>(spec.points);
+  std::vector<uint8_t> b(8 * n * static_cast<size_t>(spec.rows));
+  for (int32_t r = 0; r < spec.rows; ++r)
+    for (size_t k = 0; k < n; ++k) {
+      const auto v = Vendor_Point(spec, static_cast<int32_t>(k), r);
+      const size_t at = 8 * (static_cast<size_t>(r) * n + k);
+      (big_endian ? Put_BE_Float32 : Put_LE_Float32)(b, at, v.real());
+      (big_endian ? Put_BE_Float32 : Put_LE_Float32)(b, at + 4, v.imag());
+    }
+  return b;
+}
+
 Built_File Start(const fs::path& folder, std::string open, std::string data) {
   fs::create_directories(folder);
   Built_File b;
@@ -166,16 +181,7 @@ Built_File Build_Ge(const fs::path& folder, const Vendor_Spec& spec) {
   Write_Text(folder / "ge.hed", dim0 + "\n" + dim1 + "\nDIM0_FREQ = " + Number(spec.observe_mhz) +
                                     "\nSPEC_WIDTH0 = " + Number(spec.sweep_hz) + "\nF1_NUCLEUS " + spec.nucleus +
                                     "\nFILTER_FREQ = 4000\nNA = 16\nAT = 128 MS\nPD = 2 RD\nDE = 25 US\n");
-  const auto n = static_cast<size_t>(spec.points);
-  std::vector<uint8_t> b(8 * n * static_cast<size_t>(spec.rows));
-  for (int32_t r = 0; r < spec.rows; ++r)
-    for (size_t k = 0; k < n; ++k) {
-      const auto v = Vendor_Point(spec, static_cast<int32_t>(k), r);
-      const size_t at = 8 * (static_cast<size_t>(r) * n + k);
-      Put_BE_Float32(b, at, v.real());
-      Put_BE_Float32(b, at + 4, v.imag());
-    }
-  Write_Bytes(folder / out.data, b);
+  Write_Bytes(folder / out.data, Interleaved_Float32(spec, true));
   out.bad_text = {{"ge.hed", dim0, "DIM0 = 99999999"},
                   {"ge.hed", dim0, "DIM0 = -1024"},
                   {"ge.hed", dim1, "DIM1 = 127"}};
@@ -428,7 +434,6 @@ Built_File Build_Varian(const fs::path& folder, const Vendor_Spec& spec, Varian_
 Built_File Build_Ex(const fs::path& folder, const Vendor_Spec& spec, bool long_line) {
   Built_File out = Start(folder, "ex.gxd", "ex.gxd");
   const double mhz = std::floor(spec.observe_mhz);
-  const auto n = static_cast<size_t>(spec.points);
   // A spectrum keeps the carrier, point n / 2 of the ascending index, as
   // its reference; the file counts its points from the other end.
   const std::vector<std::pair<std::string, std::string>> keys = {
@@ -459,15 +464,7 @@ Built_File Build_Ex(const fs::path& folder, const Vendor_Spec& spec, bool long_l
     text += "\r\nPOINT  64\r\n";
   }
   Write_Text(folder / "ex.gxp", text);
-  std::vector<uint8_t> b(8 * n * static_cast<size_t>(spec.rows));
-  for (int32_t r = 0; r < spec.rows; ++r)
-    for (size_t k = 0; k < n; ++k) {
-      const auto v = Vendor_Point(spec, static_cast<int32_t>(k), r);
-      const size_t at = 8 * (static_cast<size_t>(r) * n + k);
-      Put_LE_Float32(b, at, v.real());
-      Put_LE_Float32(b, at + 4, v.imag());
-    }
-  Write_Bytes(folder / out.data, b);
+  Write_Bytes(folder / out.data, Interleaved_Float32(spec, false));
   const std::string point = "POINT  " + std::to_string(2 * spec.points);
   out.bad_text = {{"ex.gxp", point, "POINT  99999999"},
                   {"ex.gxp", point, "POINT  -2048   "},
