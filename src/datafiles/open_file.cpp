@@ -334,6 +334,7 @@ Resolved_File Resolve_Data_File(Session& s, std::string& path) {
   if (route == nullptr) return out;
   const std::string data = route->twin ? Pair_Twin_Files(r.path, r.file_class).data : r.path;
   if (route->resolve != nullptr) {
+    if (route->check != nullptr) out.kind = route->check(data).kind;
     out.tag = route->resolve(data, out.status);
     return out;
   }

@@ -46,6 +46,10 @@ void Remove_Dc_Offset(Vendor_Read& r) {
 
 void Store_Vendor_Read(Session& s, Vendor_Read& r) {
   Data_Param& p = r.p;
+  // A nucleus the table doesn't know (or none) is "1H" at a proton frequency.
+  const std::string named = Normalize_Nucleus(p.OBNUC, s.Nuclei).nucleus;
+  if ((named == "NUL" || named == "??") && !Nucleus_From_Frequency(r.Observe_Frequency).empty())
+    p.OBNUC = Nucleus_From_Frequency(r.Observe_Frequency);
   p.OBNUC = Normalize_Nucleus(p.OBNUC, s.Nuclei).text;
   if (!p.IRNUC.empty()) p.IRNUC = Normalize_Nucleus(p.IRNUC, s.Nuclei).text;
   p.Observe_Text = Observe_Text_Of(r.Observe_Frequency);

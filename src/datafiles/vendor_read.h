@@ -52,7 +52,8 @@ double Zero_Ppm_Frequency(const Data_Param& p, double observe_mhz);
 // last 40 % of that row's points (the DC offset of a raw FID).
 void Remove_Dc_Offset(Vendor_Read& r);
 
-// Puts the read into the session: the nuclei through the nucleus table, the
+// Puts the read into the session: the nuclei through the nucleus table (an
+// unknown observe nucleus "1H" at a proton frequency), the
 // observe text, the point arrays for POINT points and `rows` rows. A FID
 // (SMODE 0) fills Fid_Re/Fid_Im; a spectrum fills Ft_*/Spec_* (reversed when
 // asked) with Spec_Axis[i] = (i - SMTMS) x RESOL / Spectrum_Frequency +

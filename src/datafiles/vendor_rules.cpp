@@ -36,9 +36,6 @@ void Store_With_Rules(Session& s, Vendor_Read& r, Reference_At at) {
   r.reverse = !fid;
   p.RESOL = p.FREQU / static_cast<float>(p.POINT);
   if (p.OBFRQ == 0) p.OBFRQ = To_Real32(r.Observe_Frequency);
-  const std::string named = Normalize_Nucleus(p.OBNUC, s.Nuclei).nucleus;
-  if ((named == "NUL" || named == "??") && !Nucleus_From_Frequency(r.Observe_Frequency).empty())
-    p.OBNUC = Nucleus_From_Frequency(r.Observe_Frequency);
   Store_Vendor_Read(s, r);
 }
 

@@ -35,8 +35,7 @@ enum class Reference_At {
 
 // Stores a read of `r.points` complex points a row: a FID padded to the next
 // power of two, a spectrum reversed so that its index ascends in ppm; the
-// 0 ppm frequency from the reference; a file that names no observe nucleus
-// gets "1H" from a proton frequency.
+// 0 ppm frequency from the reference.
 void Store_With_Rules(Session& s, Vendor_Read& r, Reference_At at);
 
 // A reader of one file: `body` gets the whole file's bytes inside the

@@ -1,4 +1,5 @@
-// The command-line tool on the smaller vendor families and the CSV import:
+// The command-line tool on the vendor families read from built files and
+// the CSV import:
 // `info` and `process` on a file built for each family, and `info` on every
 // damaged copy, which must end with a refusal or failure while the tool's
 // peak memory stays under 100 MB.
@@ -56,6 +57,13 @@ std::vector<Family> Families() {
       {"nuts_type3", [](const fs::path& f) { return Build_Nuts(f, {}, 3); }, ".NUT", 0, 1024, 1, "1H"},
       {"mac", [](const fs::path& f) { return Build_Mac(f, Spectrum()); }, ".IMPORT", 1, 1024, 1, "1H"},
       {"csv", [](const fs::path& f) { return Build_Csv(f, {}); }, ".CSV", 0, 1024, 1, "1H"},
+      {"varian_fid", [](const fs::path& f) { return Build_Varian(f, Rows(3)); }, "", 0, 1024, 3, "1H"},
+      {"varian_data", [](const fs::path& f) { return Build_Varian(f, Spectrum()); }, "", 1, 1024, 1, "1H"},
+      {"jeol_ex_keyed", [](const fs::path& f) { return Build_Ex(f, Rows(2), false); }, ".GXD", 0, 1024, 2, "1H"},
+      {"jeol_ex_long", [](const fs::path& f) { return Build_Ex(f, Spectrum(), true); }, ".GXD", 1, 1024, 1, "1H"},
+      {"jeol_alpha", [](const fs::path& f) { return Build_Alpha(f, {}, false); }, ".ALP", 0, 1024, 1, "1H"},
+      {"jeol_alpha_long", [](const fs::path& f) { return Build_Alpha(f, Spectrum(), true); }, ".ALP", 1, 1024, 1, "1H"},
+      {"jeol_lambda", [](const fs::path& f) { return Build_Lambda(f, {}); }, ".LAM", 0, 1024, 1, "1H"},
   };
 }
 

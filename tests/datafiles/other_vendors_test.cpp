@@ -1,4 +1,5 @@
-// The smaller vendor families (Aspect, GE Omega, Chemagnetics, NUTS, MAC)
+// The smaller vendor families (Aspect, GE Omega, Chemagnetics, NUTS, MAC,
+// Varian, JEOL EX/GX/GSX, ALPHA and LAMBDA)
 // and the CSV import, each from files built byte by byte from its layout,
 // through the open command: parameters and points as built, FIDs
 // transformed to their line, arrays, 2D refusals, and damaged copies that
@@ -6,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <complex>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -14,12 +16,16 @@
 #include "datafiles/csv_import.h"
 #include "datafiles/decoders.h"
 #include "datafiles/ge_omega.h"
+#include "datafiles/jeol_alpha.h"
+#include "datafiles/jeol_ex.h"
+#include "datafiles/jeol_lambda.h"
 #include "datafiles/mac_fid.h"
 #include "datafiles/nuts.h"
 #include "datafiles/open_file.h"
 #include "datafiles/open_routes.h"
 #include "datafiles/parameter_forms.h"
 #include "datafiles/recognition.h"
+#include "datafiles/varian.h"
 #include "platform/ui.h"
 #include "session/session.h"
 #include "signal/fid_processing.h"
@@ -48,13 +54,26 @@ struct Other_Vendors : ::testing::Test {
   }
   std::string Message() const { return ui.shown.empty() ? "" : ui.shown.back().text; }
 
-  // Points of every row as the reader must have left them.
-  void Expect_Points(const Vendor_Spec& spec) {
+  // Points of every row as the reader must have left them; with `dc` a raw
+  // FID less the means of its last 40 % of points.
+  void Expect_Points(const Vendor_Spec& spec, bool dc = false) {
     ASSERT_EQ(s.Array_Rows, spec.rows);
     for (int32_t r = 0; r < spec.rows; ++r)
       for (int32_t k : {0, 1, spec.points / 3, spec.points - 1}) {
-        const auto v = Vendor_Point(spec, k, r);
+        auto v = Vendor_Point(spec, k, r);
         const auto row = static_cast<size_t>(r);
+        if (dc) {
+          const int32_t tail = static_cast<int32_t>(spec.points * 0.4);
+          std::complex<double> mean;
+          for (int32_t j = spec.points - tail; j < spec.points; ++j) {
+            const auto w = Vendor_Point(spec, j, r);
+            mean += std::complex<double>(w.real(), w.imag());
+          }
+          mean /= static_cast<double>(tail);
+          EXPECT_NEAR(s.Fid_Re(static_cast<size_t>(k), row), v.real() - mean.real(), 1e-2) << r << " " << k;
+          EXPECT_NEAR(s.Fid_Im(static_cast<size_t>(k), row), v.imag() - mean.imag(), 1e-2) << r << " " << k;
+          continue;
+        }
         if (spec.spectrum) {  // stored from the highest frequency down
           const auto i = static_cast<size_t>(spec.points - 1 - k);
           EXPECT_EQ(s.Spec_Re(i, row), v.real()) << r << " " << k;
@@ -351,6 +370,172 @@ TEST_F(Other_Vendors, WordQuestionAndRawFidParameterTable) {
   EXPECT_FLOAT_EQ(s.Param.FREQU, 8000);
 }
 
+TEST_F(Other_Vendors, VarianWordsArraysSpectrumAndQuestion) {
+  // An array of three FIDs in 32-bit words, d1 arrayed.
+  Vendor_Spec spec;
+  spec.rows = 3;
+  spec.shift_ppm = 1.25;
+  const auto built = test::Build_Varian(dir / "var", spec);
+  EXPECT_EQ(RMV(built.Open().string()).kind, "ASK");
+  ASSERT_EQ(Open(built.Open()), 0) << Message();
+  EXPECT_EQ(ui.shown.back().text, "Array データですか(Yes),2Dデータですか(No)");
+  EXPECT_EQ(ui.shown.back().title, "Data Type");
+  EXPECT_EQ(s.Is_Fid, 1);
+  EXPECT_EQ(s.Param.Instrument_Name, "Varian UNITY");
+  EXPECT_EQ(s.Fid_Points, 1024);
+  EXPECT_EQ(s.Param.POINT, 1024);
+  EXPECT_EQ(s.Param.OBNUC, "1H");  // "H1" in the file
+  EXPECT_EQ(s.Param.SLVNT, "cdcl3");
+  EXPECT_EQ(s.Param.COMNT, "built varian set");  // from `text`: no sample name
+  EXPECT_EQ(s.Param.SCANS, 16);
+  EXPECT_FLOAT_EQ(s.Param.FREQU, 8000);
+  EXPECT_FLOAT_EQ(s.Param.PW[0], 8.5f);
+  EXPECT_FLOAT_EQ(s.Param.OBFRQ, 400);
+  EXPECT_NEAR(s.Param.OBSET, 130, 1e-3);  // kHz
+  EXPECT_NEAR(s.Observe_Frequency, 400.13, 1e-9);
+  EXPECT_NEAR(s.Spectrum_Frequency, 400.13 / (1 + 1.25e-6), 1e-7);
+  EXPECT_NEAR(s.Param.ACQTM, 1024 / 8000.0, 1e-7);
+  EXPECT_EQ(s.Delay_List, (std::vector<float>{0.1f, 0.2f, 0.3f}));
+  EXPECT_EQ(s.Delay_Raw, s.Delay_List);
+  EXPECT_EQ(s.Delay_Name, "D1");
+  EXPECT_EQ(s.Delay_Unit, "t(D1)");
+  EXPECT_EQ(s.Delay_Axis_Label, "\\i(t)\\-((D1)) / s");
+  Expect_Points(spec, true);
+  Expect_Line(spec);
+
+  // 16-bit and float words; a status of float words wins over the size.
+  for (auto words : {test::Varian_Words::Int16, test::Varian_Words::Float32}) {
+    Vendor_Spec one;
+    one.amplitude = 1e4;
+    ASSERT_EQ(Open(test::Build_Varian(dir / ("w" + std::to_string(static_cast<int>(words))), one, words).Open()), 0)
+        << Message();
+    EXPECT_EQ(s.Array_Rows, 1);
+    Expect_Points(one, true);
+  }
+
+  // A processed spectrum in "datdir" with the parameters in the parent.
+  Vendor_Spec data;
+  data.spectrum = true;
+  data.shift_ppm = 4.75;
+  ASSERT_EQ(Open(test::Build_Varian(dir / "vdata", data).Open()), 0) << Message();
+  EXPECT_EQ(s.Is_Spectrum, 1);
+  Expect_Points(data);
+  EXPECT_NEAR(s.Spec_Axis[512], 4.75, 1e-4);  // the carrier
+  EXPECT_NEAR(s.Spec_Axis[513] - s.Spec_Axis[512], 8000.0 / 1024 / s.Spectrum_Frequency, 1e-6);
+
+  // 32 rows: the operator says 2D; 33 rows are 2D without a question.
+  Vendor_Spec many;
+  many.rows = 32;
+  ui.button_answers = {2};
+  EXPECT_EQ(Open(test::Build_Varian(dir / "v32", many).Open()), 1);
+  EXPECT_EQ(Message(), "2D Data !");
+  const size_t shown = ui.shown.size();
+  many.rows = 33;
+  const auto v33 = test::Build_Varian(dir / "v33", many);
+  EXPECT_EQ(RMV(v33.Open().string()).kind, "V2D");
+  EXPECT_EQ(Open(v33.Open()), 1);
+  EXPECT_EQ(ui.shown.size(), shown + 1);
+  EXPECT_EQ(Message(), "2D Data !");
+  EXPECT_EQ(s.Is_Spectrum, 1);  // the former data set stays
+  EXPECT_EQ(Varian_Kind(127, "PHASE"), "1D");
+  EXPECT_EQ(Varian_Kind(128, "PHASE"), "ASK");
+  std::string path = v33.Open().string();
+  EXPECT_EQ(Resolve_Data_File(s, path).tag, "VARIAN2");
+}
+
+TEST_F(Other_Vendors, JeolExBothLayoutsAlphaAndLambda) {
+  // Keyed layout: an array of two FIDs of 1000 points, padded to 1024.
+  Vendor_Spec spec;
+  spec.rows = 2;
+  spec.points = 1000;
+  spec.shift_ppm = 0;
+  const auto keyed = test::Build_Ex(dir / "ex", spec, false);
+  EXPECT_EQ(RMA(keyed.Open().string()).kind, "X_ZG30");
+  ASSERT_EQ(Open(keyed.folder / "ex.gxp"), 0) << Message();  // either member
+  EXPECT_EQ(s.File_Class, ".GXP");
+  EXPECT_EQ(s.Open_Name, keyed.Open().string());
+  EXPECT_EQ(s.Fid_Points, 1000);  // the POINT line behind the empty line doesn't count
+  EXPECT_EQ(s.Param.POINT, 1024);
+  EXPECT_EQ(s.Param.EXMOD, "ZG30");
+  EXPECT_EQ(s.Param.COMNT, "built gx file");
+  EXPECT_FLOAT_EQ(s.Param.FILTR, 5000);  // FLT, then FILTR: the later wins
+  EXPECT_EQ(s.Param.SCANS, 16);  // from TIMES
+  EXPECT_NEAR(s.Observe_Frequency, 400.13, 1e-6);
+  Expect_Points(spec);
+  Expect_Line(spec);
+
+  // A first line of 79 characters is the keyed layout's head, of 80 the
+  // long line.
+  for (size_t width : {79, 80}) {
+    Ex_Params x;
+    RP(std::string("POINT  4096") + std::string(width - 11, ' ') + "\nPOINT  2048\n", x);
+    EXPECT_EQ(x.d.p.POINT, width == 79 ? 2048 : 4096) << width;
+  }
+  // 1048576 real values are 524288 complex points, the most the transform
+  // takes; 1048578 are too many.
+  Vendor_Spec big;
+  big.points = 524288;
+  const auto large = test::Build_Ex(dir / "ex_big", big, false);
+  ASSERT_EQ(Open(large.Open()), 0) << Message();
+  EXPECT_EQ(s.Fid_Points, 524288);
+  std::string gxp = test::Read_Text(large.folder / "ex.gxp");
+  gxp.replace(gxp.find("POINT  1048576"), 14, "POINT  1048578");
+  test::Write_Text(large.folder / "ex.gxp", gxp);
+  EXPECT_EQ(Open(large.Open()), 1);
+  EXPECT_EQ(Message(), "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+
+  // Long-line layout, a spectrum: the carrier at its reference shift.
+  Vendor_Spec spectrum;
+  spectrum.spectrum = true;
+  ASSERT_EQ(Open(test::Build_Ex(dir / "ex_long", spectrum, true).Open()), 0) << Message();
+  EXPECT_EQ(s.Is_Spectrum, 1);
+  EXPECT_EQ(s.Param.OBNUC, "1H");
+  EXPECT_EQ(s.Param.COMNT, "built gx file");
+  EXPECT_FLOAT_EQ(s.Param.FREQU, 8000);
+  Expect_Points(spectrum);
+  EXPECT_NEAR(s.Spec_Axis[512], 4.5, 1e-4);
+
+  // ALPHA, VAX numbers, both data starts; LAMBDA. A FID keeps its carrier
+  // as 0 ppm.
+  Vendor_Spec fid;
+  fid.nucleus = "13C";
+  fid.observe_mhz = 100.61;
+  fid.sweep_hz = 25600;
+  fid.line_hz = -3000;  // on a point: 25 Hz a point
+  const auto alpha = test::Build_Alpha(dir / "alpha", fid, false);
+  EXPECT_EQ(Check_Alpha(alpha.Open().string()).kind, "1D:ZG30");
+  ASSERT_EQ(Open(alpha.Open()), 0) << Message();
+  EXPECT_EQ(s.File_Class, ".ALP");
+  EXPECT_EQ(s.Param.OBNUC, "13C");
+  EXPECT_FLOAT_EQ(s.Param.FREQU, 25600);
+  EXPECT_FLOAT_EQ(s.Param.PW[0], 8.5f);  // microseconds
+  EXPECT_FLOAT_EQ(s.Param.CTEMP, 25.5f);
+  EXPECT_NEAR(s.Observe_Frequency, 100.61, 1e-9);
+  Expect_Points(fid);
+  Expect_Line(fid, fid.observe_mhz);
+  ASSERT_EQ(Open(test::Build_Alpha(dir / "alpha_long", spectrum, true).Open()), 0) << Message();
+  Expect_Points(spectrum);
+  EXPECT_NEAR(s.Spec_Axis[512], 4.5, 1e-4);
+  // Points in a second dimension: a 2D set, refused.
+  std::vector<uint8_t> two_d = test::Read_Bytes(alpha.Open());
+  Put_LE_Int32(two_d, 528, 64);
+  test::Write_Bytes(alpha.Open(), two_d);
+  EXPECT_EQ(Check_Alpha(alpha.Open().string()).kind, "2D:ZG30");
+  EXPECT_EQ(Open(alpha.Open()), 1);
+  EXPECT_EQ(Message(), "2D Data !");
+
+  ASSERT_EQ(Open(test::Build_Lambda(dir / "lambda", fid).Open()), 0) << Message();
+  EXPECT_EQ(s.File_Class, ".LAM");
+  EXPECT_EQ(s.Param.SLVNT, "CDCL3");
+  EXPECT_EQ(s.Param.SCANS, 16);
+  Expect_Points(fid);
+  Expect_Line(fid, fid.observe_mhz);
+  ASSERT_EQ(Open(test::Build_Lambda(dir / "lambda_s", spectrum).Open()), 0) << Message();
+  EXPECT_EQ(s.Is_Spectrum, 1);
+  Expect_Points(spectrum);
+  EXPECT_NEAR(s.Spec_Axis[512], 4.5, 1e-4);
+}
+
 TEST_F(Other_Vendors, DamagedCopiesEndWithAMessageAndKeepTheFormerData) {
   Vendor_Spec former_spec;
   former_spec.spectrum = true;
@@ -362,7 +547,10 @@ TEST_F(Other_Vendors, DamagedCopiesEndWithAMessageAndKeepTheFormerData) {
       test::Build_Msl(dir / "msl", {}),   test::Build_Ge(dir / "ge", array),
       test::Build_Cmx(dir / "cmx", array), test::Build_Nuts(dir / "nuts1", {}, 1),
       test::Build_Nuts(dir / "nuts2", array, 2), test::Build_Nuts(dir / "nuts3", {}, 3),
-      test::Build_Mac(dir / "mac", {})};
+      test::Build_Mac(dir / "mac", {}),   test::Build_Varian(dir / "varian", array),
+      test::Build_Varian(dir / "varian_data", former_spec), test::Build_Ex(dir / "ex", array, false),
+      test::Build_Ex(dir / "ex_long", former_spec, true), test::Build_Alpha(dir / "alpha", {}, false),
+      test::Build_Alpha(dir / "alpha_long", former_spec, true), test::Build_Lambda(dir / "lambda", {})};
   for (const auto& built : families) {
     ASSERT_EQ(Open(built.Open()), 0) << built.open << ": " << Message();
     ASSERT_EQ(Open(former), 0);

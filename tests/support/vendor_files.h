@@ -22,6 +22,7 @@ struct Vendor_Spec {
   double line_hz = 1000;  // offset of the FID's one line from the carrier
   std::string nucleus = "1H";  // as the program names it
   std::string kind = "ZG30";
+  double amplitude = 1e5;  // of the FID's first point, row 1
 };
 
 // Point k of row r as the program holds it after the read (file order for
@@ -61,6 +62,26 @@ Built_File Build_Nuts(const std::filesystem::path& folder, const Vendor_Spec& sp
 Built_File Build_Mac(const std::filesystem::path& folder, const Vendor_Spec& spec);
 // Keyed CSV: "$CSVSTART", keys, "$END", "re,im" lines.
 Built_File Build_Csv(const std::filesystem::path& folder, const Vendor_Spec& spec);
+
+// Varian folder: procpar, text and either "fid" (FID rows in `words`,
+// rows above 1 an array of d1 values 0.1, 0.2, ...) or, for a spectrum,
+// "datdir/data" (complex float words) with the parameters in the parent folder.
+enum class Varian_Words { Int16, Int32, Float32 };
+Built_File Build_Varian(const std::filesystem::path& folder, const Vendor_Spec& spec,
+                        Varian_Words words = Varian_Words::Int32);
+// JEOL EX/GX/GSX pair "ex.gxp" / "ex.gxd": the keyed layout (a head line,
+// keys one a line, an empty line, then a stray POINT line that must not
+// count) or the long-line layout; rows above 1 through CLPNT.
+Built_File Build_Ex(const std::filesystem::path& folder, const Vendor_Spec& spec, bool long_line);
+// JEOL ALPHA "alpha.nmf": VAX D doubles in the head, the data at 16384
+// (`long_head`) or 8704, VAX F floats for a spectrum.
+Built_File Build_Alpha(const std::filesystem::path& folder, const Vendor_Spec& spec, bool long_head);
+// JEOL LAMBDA "lambda.nmfid" (FID) or "lambda.nmdata" (spectrum).
+Built_File Build_Lambda(const std::filesystem::path& folder, const Vendor_Spec& spec);
+
+// VAX F (4 bytes) and VAX D (8 bytes) numbers.
+void Put_Vax_F(std::vector<uint8_t>& b, size_t off, double v);
+void Put_Vax_D(std::vector<uint8_t>& b, size_t off, double v);
 
 // Copies of the data set under `where`, one folder each: the data file cut
 // at several lengths, then each bad count and text edit alone. Returns the
