@@ -172,8 +172,10 @@ int Asdf_Decoder::Add_Line(std::string_view line) {
         break;
       case Asdf_Form::Dup: {
         if (last == Action::None || tok.value < 1) return -1;
+        // A count that takes the row past the largest transform cannot be
+        // data this program reads: refused before anything is allocated.
+        if (tok.value - 1 > static_cast<double>(Fft_Table_Size_Max) - static_cast<double>(y.size())) return -1;
         const auto more = static_cast<int64_t>(tok.value) - 1;
-        if (more > 100000000) return -1;
         for (int64_t k = 0; k < more; ++k)
           y.push_back(last == Action::Step ? y.back() + step : y.back());
         break;

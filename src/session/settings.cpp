@@ -1,7 +1,9 @@
 #include "session/settings.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <stdexcept>
 #include <string>
@@ -10,6 +12,15 @@
 namespace tevo::session {
 
 namespace {
+
+// `value` rounded to a whole number and held within [lo, hi] (NaN gives 0):
+// a setting read from a damaged file must not overflow its field.
+double Whole_Within(double value, double lo, double hi) {
+  if (std::isnan(value)) return 0;
+  return std::clamp(std::nearbyint(value), lo, hi);
+}
+constexpr double Int16_Lo = std::numeric_limits<int16_t>::min(), Int16_Hi = std::numeric_limits<int16_t>::max();
+constexpr double Int32_Lo = std::numeric_limits<int32_t>::min(), Int32_Hi = std::numeric_limits<int32_t>::max();
 
 // Key text -> value index, for the written keys and the read-only keys.
 struct Key_Index {
@@ -126,7 +137,7 @@ Settings::Value& Settings::At(std::string_view key) {
 }
 
 int32_t Settings::Int(std::string_view key) const {
-  return static_cast<int32_t>(std::nearbyint(At(key).num));
+  return static_cast<int32_t>(Whole_Within(At(key).num, Int32_Lo, Int32_Hi));
 }
 double Settings::Real(std::string_view key) const { return At(key).num; }
 const std::string& Settings::Text(std::string_view key) const { return At(key).text; }
@@ -136,10 +147,10 @@ void Settings::Set(std::string_view key, double value) {
   const auto& def = Setting_Def_Of(Setting_Index(key));
   switch (def.type) {
     case Setting_Type::Int16:
-      v.num = static_cast<int16_t>(std::nearbyint(value));
+      v.num = Whole_Within(value, Int16_Lo, Int16_Hi);
       break;
     case Setting_Type::Int32:
-      v.num = static_cast<int32_t>(std::nearbyint(value));
+      v.num = Whole_Within(value, Int32_Lo, Int32_Hi);
       break;
     case Setting_Type::Real32:
       v.num = static_cast<float>(value);

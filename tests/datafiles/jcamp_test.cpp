@@ -48,6 +48,13 @@ TEST(Jcamp, TokensOfEveryForm) {
     if (c.tokens.back().first != Asdf_Form::Error)
       EXPECT_EQ(Next_Asdf_Token(c.text, pos).form, Asdf_Form::End) << c.text;
   }
+  // A DUP count past the largest row, however written, is refused before
+  // the points are made.
+  for (const std::string line : {"0 5S99999999", "0 5S9999999999999999999999"}) {
+    Asdf_Decoder d;
+    EXPECT_EQ(d.Add_Line(line), -1) << line;
+    EXPECT_LE(d.y.size(), 1u);
+  }
   EXPECT_EQ(Encode_Asdf(-123, Asdf_Out::Sqz), "a23");
   EXPECT_EQ(Encode_Asdf(0, Asdf_Out::Dif), "%");
   EXPECT_EQ(Encode_Asdf(-45, Asdf_Out::Dif), "m5");

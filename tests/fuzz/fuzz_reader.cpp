@@ -1,11 +1,13 @@
 // One reader under libFuzzer. The input is cut at each "\n@@@@\n" into the
-// files of the reader's data set (TEVO_FUZZ_FILES, "|"-separated names
-// relative to a scratch folder; a missing piece leaves its file out), and
-// the file TEVO_FUZZ_OPEN is opened through the open command, as the program
-// does, on a fresh session whose questions take their default answers.
+// files of the reader's data set (Fuzz_Files, "|"-separated names relative
+// to a scratch folder; a missing piece leaves its file out), and the file
+// Fuzz_Open is opened through the open command, as the program
+// does, on a fresh session whose questions take their default answers
+// (a parameter window gets a usable observe frequency and sweep width).
 #include <unistd.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -19,6 +21,10 @@
 #include "session/session.h"
 
 namespace fs = std::filesystem;
+
+// Given by the reader's own one-line source (tests/fuzz/CMakeLists.txt).
+extern const char* const Fuzz_Files;
+extern const char* const Fuzz_Open;
 
 namespace {
 
@@ -64,19 +70,32 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fs::remove_all(folder, ec);
   fs::create_directories(folder);
 
-  const std::vector<std::string_view> names = Split(TEVO_FUZZ_FILES, "|");
+  const std::vector<std::string_view> names = Split(Fuzz_Files, "|");
   const std::vector<std::string_view> parts =
       Split(std::string_view(reinterpret_cast<const char*>(data), size), kSeparator);
   for (size_t i = 0; i < names.size() && i < parts.size(); ++i) Write_File(folder / names[i], parts[i]);
-  const fs::path open = folder / TEVO_FUZZ_OPEN;
+  const fs::path open = folder / Fuzz_Open;
   if (!fs::exists(open, ec)) Write_File(open, {});
 
+  // TEVO_FUZZ_VERBOSE=1 shows the messages and the read status, to see
+  // whether a seed reads.
+  static const bool verbose = std::getenv("TEVO_FUZZ_VERBOSE") != nullptr;
   tevo::platform::Scripted_Ui ui;
-  ui.quiet = true;
+  ui.quiet = !verbose;
+  // The parameter window of a number list gets what the list lacks; the
+  // rows are matched by name, so other windows keep their values.
+  ui.parameter_answers.push_back(std::vector<tevo::platform::Param_Row>{
+      {"* ObNuc", "1H"}, {"* ObFreq(MHz)", "400"}, {"* Sweep Width(Hz)", "8000"}});
   tevo::Session s;
   s.ui = &ui;
   s.Log_Mode = -1;
   s.App_Path = (Scratch() / "home").string();
-  tevo::datafiles::NM1D_m11_Click(s, {open.string(), {}});
+  // The display copy at the points as read, not widened to the display
+  // minimum: the widening costs more than most reads and is not the subject.
+  s.settings.Set("DISP EXTEND MODE", 1);
+  const int status = tevo::datafiles::NM1D_m11_Click(s, {open.string(), {}});
+  if (verbose)
+    std::fprintf(stderr, "status %d, class %s, %d points, %d rows\n", status, s.File_Class.c_str(),
+                 static_cast<int>(s.Param.POINT), static_cast<int>(s.Array_Rows));
   return 0;
 }

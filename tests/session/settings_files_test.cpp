@@ -133,6 +133,21 @@ TEST(SettingsFile, LineRulesClampsAndRepeatedKeys) {
   EXPECT_EQ(set.Recent_Files.front(), "/data/f0.tv1");
 }
 
+// A number from a damaged data file set into a whole-number key is held at
+// the ends of its field (NaN gives 0), and a huge real reads back as the
+// largest 32-bit number.
+TEST(SettingsValues, OutOfRangeNumbersAreHeldAtTheFieldEnds) {
+  session::Settings st;
+  st.Set("START MODE", 1.09e9);
+  EXPECT_EQ(st.Int("START MODE"), 32767);
+  st.Set("START MODE", -1e300);
+  EXPECT_EQ(st.Int("START MODE"), -32768);
+  st.Set("DISPLAY MIN", std::nan(""));
+  EXPECT_EQ(st.Int("DISPLAY MIN"), 0);
+  st.Set("PEAK TOP WIDTH", 1e30);
+  EXPECT_EQ(st.Int("PEAK TOP WIDTH"), 2147483647);
+}
+
 TEST(SettingsFile, WrongTitleOrMissingFileLeavesDefaults) {
   test::Temp_Dir dir;
   test::Write_Text(dir / "bad.ini", Crlf({"1D Initial settings", "DISPLAY MIN     ; 262144", "RECENT FILE     ; /a"}));
