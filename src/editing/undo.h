@@ -45,7 +45,8 @@ struct Undo_Menu {
 Undo_Menu Undo_Caption(const Session& s);
 
 // Push a record of `kind` holding the list as it stands: the peaks
-// (List_A Point, List_B Freq_Hz, List_C and List_D the placement values),
+// (List_A Point, List_B Freq_Hz, List_C and List_D the placement values,
+// Sub_A the label height kept with them),
 // the baseline points (List_A Base_Point, List_B Base_Re, List_C Base_Im) or
 // the integrals (List_A B0, List_B B1, Sub_A End_Point, Sub_B Start_Point,
 // Sub_C Curve_Y, Sub_D Value, Val[0] Integ_Scale, Val[1] Integ_Ref,
