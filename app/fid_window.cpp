@@ -1,7 +1,5 @@
 #include "fid_window.h"
 
-#include "display/spectrum_trace.h"
-
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -9,32 +7,67 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <functional>
 
 #include "dialog_parts.h"
 #include "display/spectrum_trace.h"
+#include "display/style.h"
 #include "hold_button.h"
 #include "lp_dialog.h"
 #include "phase_panel.h"
 #include "signal/linear_prediction.h"
+#include "signal/phase_mode.h"
 
 namespace tevo::app {
 
 namespace {
 
 // One of the two plots of the window: the FID of the current row or the
-// previewed spectrum, with the imaginary part on request.
+// previewed spectrum, with the imaginary part on request. The spectrum also
+// shows the pivots "pp" and "p2" and places an armed one at the next click.
 class Trace_View : public QWidget {
  public:
   Trace_View(Session& s, const signal::Ft_Form_State& st, bool spectrum, QWidget* parent)
       : QWidget(parent), s_(s), st_(st), spectrum_(spectrum) {
     setMinimumSize(480, 160);
   }
+  // Arms marker `which` (0 "pp", 1 "p2") for the next click; -1 disarms.
+  // `placed` runs once the marker is set.
+  void Arm(int which, std::function<void()> placed) {
+    armed_ = which;
+    placed_ = std::move(placed);
+    setCursor(which < 0 ? Qt::ArrowCursor : Qt::CrossCursor);
+  }
+  int Armed() const { return armed_; }
 
  protected:
+  // The shown points: the spectrum runs from Plot_Left (high index, at the
+  // left edge) to Plot_Right; the FID from 0 to its end.
+  std::pair<int32_t, int32_t> Span(int32_t n) const {
+    int32_t a = 0, b = n - 1;
+    if (spectrum_ && st_.Plot_Left != st_.Plot_Right) {
+      a = std::min(st_.Plot_Left, st_.Plot_Right);
+      b = std::max(st_.Plot_Left, st_.Plot_Right);
+    }
+    return {a, b};
+  }
+
+  void mousePressEvent(QMouseEvent* event) override {
+    if (armed_ < 0 || s_.Spec_Points < 2) return;
+    const auto [a, b] = Span(s_.Spec_Points);
+    const double f = width() > 1 ? event->position().x() / (width() - 1) : 0;
+    signal::Phase_Set_Marker(s_, armed_, static_cast<int32_t>(std::lround(b - f * std::max(1, b - a))));
+    auto placed = std::move(placed_);
+    Arm(-1, {});
+    update();
+    if (placed) placed();
+  }
+
   void paintEvent(QPaintEvent*) override {
     QPainter p(this);
     p.fillRect(rect(), Qt::white);
@@ -43,12 +76,7 @@ class Trace_View : public QWidget {
     const int row = std::clamp(s_.Array_Row, 0, std::max(0, s_.Array_Rows - 1));
     const Point_Array& re = spectrum_ ? s_.Spec_Re : s_.Fid_Re;
     const Point_Array& im = spectrum_ ? s_.Spec_Im : s_.Fid_Im;
-    // The spectrum is shown from Plot_Left (high index, left) to Plot_Right.
-    int32_t a = 0, b = n - 1;
-    if (spectrum_ && st_.Plot_Left != st_.Plot_Right) {
-      a = std::min(st_.Plot_Left, st_.Plot_Right);
-      b = std::max(st_.Plot_Left, st_.Plot_Right);
-    }
+    const auto [a, b] = Span(n);
     float full = spectrum_ ? st_.Plot_Height : 0.0f;
     if (!(full > 0)) {
       for (int32_t i = a; i <= b; ++i) full = std::max(full, std::abs(re(i, row)));
@@ -59,16 +87,11 @@ class Trace_View : public QWidget {
     // The same decimated trace as the main plot: at most four vertices a
     // pixel column, whatever the number of points. The x values are the
     // point indices; the spectrum runs with the high index on the left.
-    static std::vector<float> index;
-    if (index.size() < static_cast<std::size_t>(n))
-      for (auto k = index.size(); k < static_cast<std::size_t>(n); ++k) index.push_back(static_cast<float>(k));
+    const double left = spectrum_ ? b : a, right = spectrum_ ? a : std::max(b, a + 1);
     auto trace = [&](const Point_Array& y, const QColor& colour) {
-      const std::span<const float> values = y.Row(static_cast<std::size_t>(row));
-      const double left = spectrum_ ? b : a, right = spectrum_ ? a : (b > a ? b : a + 1);
       const display::Trace_Vertices v =
-          display::Decimate_Trace(std::span<const float>(index.data(), static_cast<std::size_t>(n)),
-                                  values.first(std::min(values.size(), static_cast<std::size_t>(n))), n, left, right, 0,
-                                  width() - 1, base / scale, 0, static_cast<int>(std::lround(base)), 0, height() - 1);
+          display::Decimate_Trace({}, y.Row(static_cast<std::size_t>(row)), b + 1, left, right, 0, width() - 1,
+                                  base / scale, 0, static_cast<int>(std::lround(base)), 0, height() - 1);
       QPolygon line;
       line.reserve(static_cast<int>(v.points.size()));
       for (const platform::Point& q : v.points) line << QPoint(q.x, q.y);
@@ -77,12 +100,33 @@ class Trace_View : public QWidget {
     };
     if (st_.Show_Imaginary) trace(im, QColor(200, 0, 0));
     trace(re, Qt::black);
+    if (spectrum_) Paint_Pivots(p, a, b);
+  }
+
+  // The pivots as vertical lines from a sixth of the height down, labelled.
+  void Paint_Pivots(QPainter& p, int32_t a, int32_t b) {
+    const int top = height() / 6;
+    const struct {
+      int32_t point;
+      const char* key;
+      int32_t colour;
+      const char* label;
+    } marks[] = {{s_.Pivot_Pp, "PP COLOR", 0x0000FF, "pp"}, {s_.Pivot_P2, "PP2 COLOR", 0x008000, "p2"}};
+    for (const auto& m : marks) {
+      const int32_t c = display::Setting_Colour(s_, m.key, m.colour);
+      p.setPen(QPen(QColor(c & 0xFF, (c >> 8) & 0xFF, (c >> 16) & 0xFF), 0));
+      const int x = static_cast<int>(std::lround(double(b - m.point) / std::max(1, b - a) * (width() - 1)));
+      p.drawLine(x, top, x, height() - 1);
+      p.drawText(x + 2, top, QString::fromLatin1(m.label));
+    }
   }
 
  private:
   Session& s_;
   const signal::Ft_Form_State& st_;
   bool spectrum_;
+  int armed_ = -1;
+  std::function<void()> placed_;
 };
 
 QString Fmt(double v) { return QString::number(v, 'g', 7); }
@@ -96,11 +140,37 @@ Fid_Window::Fid_Window(Session& session, QWidget* parent) : QDialog(parent), ses
   auto* plots = new QVBoxLayout;
   fid_plot_ = new Trace_View(session_, state_, false, this);
   spec_plot_ = new Trace_View(session_, state_, true, this);
+  fid_plot_->setObjectName("FidPlot");
+  spec_plot_->setObjectName("SpectrumPlot");
   plots->addWidget(fid_plot_, 1);
   plots->addWidget(spec_plot_, 2);
   phase_ = new Phase_Panel(session_, signal::Phase_Place::Dialog, this);
   connect(phase_, &Phase_Panel::changed, this, [this] { spec_plot_->update(); });
   plots->addWidget(phase_);
+  // Toolbar3: 2 arms "pp", 3 arms "p2" (the next click in the spectrum places
+  // it, for the half-automatic phase), 4 runs the full automatic phase.
+  auto* toolbar = new QHBoxLayout;
+  auto* spectrum = static_cast<Trace_View*>(spec_plot_);
+  for (const auto& [index, caption] : {std::pair<int, const char*>{2, "pp"}, {3, "p2"}, {4, "全自動"}}) {
+    QPushButton* b = Add_Button("Toolbar3_" + std::to_string(index), QString::fromUtf8(caption));
+    b->setCheckable(index != 4);
+    toolbar->addWidget(b);
+  }
+  toolbar->addStretch();
+  plots->addLayout(toolbar);
+  for (int which : {0, 1}) {
+    QPushButton* b = buttons_.at("Toolbar3_" + std::to_string(which + 2));
+    connect(b, &QPushButton::toggled, this, [this, spectrum, which, b](bool on) {
+      if (!on) {
+        if (spectrum->Armed() == which) spectrum->Arm(-1, {});
+        return;
+      }
+      buttons_.at("Toolbar3_" + std::to_string(3 - which))->setChecked(false);
+      spectrum->Arm(which, [b] { b->setChecked(false); });
+    });
+  }
+  connect(buttons_.at("Toolbar3_4"), &QPushButton::clicked, this,
+          [this] { phase_->findChild<QPushButton*>("PhaseAuto_Full")->click(); });
   outer->addLayout(plots, 1);
 
   auto* side = new QFormLayout;
@@ -146,15 +216,23 @@ Fid_Window::Fid_Window(Session& session, QWidget* parent) : QDialog(parent), ses
   auto* arrows = new QHBoxLayout;
   for (const auto& [name, dir] : {std::pair<const char*, int>{"Command9", 1}, {"Command10", -1}}) {
     auto began = std::make_shared<int32_t>(0);
+    // The shift moves at once; the preview follows when the event loop is
+    // free (Request_Preview), and a repeat waits while one is due, so a held
+    // button never queues transforms faster than they finish.
     auto* b = new Hold_Button(
         QString::fromUtf8(dir > 0 ? "▲" : "▼"),
         [this, dir, began] {
           *began = session_.Fid_Shift;
-          signal::Step_Fid_Shift(session_, state_, dir, *began);
+          if (signal::Step_Fid_Shift(session_, dir, *began)) Request_Preview();
         },
-        [this, dir, began] { return signal::Step_Fid_Shift(session_, state_, dir, *began); }, this);
+        [this, dir, began] {
+          if (preview_due_) return true;
+          if (!signal::Step_Fid_Shift(session_, dir, *began)) return false;
+          Request_Preview();
+          return true;
+        },
+        this);
     b->setObjectName(name);
-    connect(b, &Hold_Button::stepped, this, &Fid_Window::Refresh);
     arrows->addWidget(b);
   }
   side->addRow(QString(), arrows);
@@ -257,6 +335,19 @@ QPushButton* Fid_Window::Add_Button(const std::string& name, const QString& capt
   b->setAutoDefault(false);
   buttons_[name] = b;
   return b;
+}
+
+void Fid_Window::Request_Preview() {
+  if (preview_due_) return;
+  preview_due_ = true;
+  QTimer::singleShot(0, this, [this] {
+    signal::Parameters_Changed(session_, state_);
+    Refresh();
+    // Shown before the next step is taken.
+    fid_plot_->repaint();
+    spec_plot_->repaint();
+    preview_due_ = false;
+  });
 }
 
 void Fid_Window::Refresh() {

@@ -36,6 +36,10 @@ class Fid_Window : public QDialog {
 
  private:
   void Refresh();
+  // Runs the preview (window, transform, phase) of the current parameters
+  // once the event loop is free: however many steps of a held button come
+  // before it, one transform runs, and never one of a stale value.
+  void Request_Preview();
   void Add_Field(const std::string& name, const QString& caption, std::function<bool(const QString&)> take);
   QPushButton* Add_Button(const std::string& name, const QString& caption);
 
@@ -49,6 +53,7 @@ class Fid_Window : public QDialog {
   Phase_Panel* phase_ = nullptr;
   QWidget* fid_plot_ = nullptr;
   QWidget* spec_plot_ = nullptr;
+  bool preview_due_ = false;  // a preview is requested and has not run yet
 };
 
 }  // namespace tevo::app

@@ -97,6 +97,11 @@ Main_Window::Main_Window(Session& session, QWidget* parent)
   setCentralWidget(central);
   cursor_label_ = new QLabel(this);
   statusBar()->addPermanentWidget(cursor_label_);
+  // Picture3: the distance window's three lines, while it is open.
+  distance_label_ = new QLabel(this);
+  distance_label_->setObjectName("Picture3");
+  distance_label_->setVisible(false);
+  statusBar()->addWidget(distance_label_, 1);
   connect(plot_, &Plot_Widget::cursor_moved, this, [this](double ppm, double height) {
     cursor_label_->setText(QString::asprintf("%.4f ppm   %.4g", ppm, height));
   });
@@ -186,6 +191,13 @@ void Main_Window::Connect_Commands() {
       Refresh_State();
     });
   }
+  connect(Action("m38"), &QAction::triggered, this, [this] {
+    // The distance window opens with the cursor-pair tool armed, or closes.
+    const bool open = session_.Show_Distance != 1;
+    session_.Show_Distance = open ? 1 : 0;
+    session_.Mouse_Tool = open ? display::Tool_Cursor_Pair : display::Tool_None;
+    Refresh_State();
+  });
   connect(Action("m35"), &QAction::triggered, this, [this] {
     display::Save_Mag(session_);
     display::View_After_Load(session_);
@@ -211,6 +223,8 @@ void Main_Window::Refresh_State() {
       {"m24", session::Mode_Peak},      {"m25", session::Mode_Integral}, {"m26", session::Mode_Inset}};
   for (const auto& [id, mode] : mode_items) Action(id)->setChecked(session_.Mode.Edit_Mode == mode);
   Action("m34")->setChecked(session_.Show_Magnitude != 0);
+  Action("m38")->setCheckable(true);
+  Action("m38")->setChecked(session_.Show_Distance == 1);
   for (const session::Layer_Switch& l : session::Layer_Switches())
     Action(l.id)->setChecked(session::Layer_Checked(session_, l));
   panels_->setCurrentIndex(std::clamp<int>(session_.Mode.Edit_Mode, 0, 6));
@@ -233,6 +247,10 @@ void Main_Window::Refresh_View() {
   scroll_->setSingleStep(bar.small_change);
   scroll_->setValue(Bar_From_Thumb(bar.value, maximum));
   setting_scroll_ = false;
+  QStringList distance;
+  for (const std::string& line : display::Distance_Text(session_)) distance << Q(line);
+  distance_label_->setText(distance.join(QStringLiteral("    ")));
+  distance_label_->setVisible(!distance.isEmpty());
   plot_->Redraw();
 }
 

@@ -94,6 +94,7 @@ class Main_Window : public QMainWindow {
   QStackedWidget* panels_ = nullptr;
   QVBoxLayout* layout_ = nullptr;
   QLabel* cursor_label_ = nullptr;
+  QLabel* distance_label_ = nullptr;  // Picture3, the distance window
   Basic_Toolbar* basic_ = nullptr;
   Phase_Panel* phase_ = nullptr;
   Reference_Panel* reference_ = nullptr;

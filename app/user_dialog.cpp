@@ -27,7 +27,7 @@ User_Dialog::User_Dialog(const std::vector<std::string>& users, const std::strin
   connect(list_, &QListWidget::currentTextChanged, name_, &QLineEdit::setText);
   connect(list_, &QListWidget::itemDoubleClicked, this, &QDialog::accept);
   for (int i = 0; i < list_->count(); ++i)
-    if (list_->item(i)->text() == name_->text()) list_->setCurrentRow(i);
+    if (list_->item(i)->text().compare(name_->text(), Qt::CaseInsensitive) == 0) list_->setCurrentRow(i);
 
   QPushButton* run = Named_Button(this, "Command1", QString::fromUtf8("右の使用者で実行"));
   QPushButton* end = Named_Button(this, "Command2", QString::fromUtf8("終了"));

@@ -9,6 +9,7 @@
 #include "display/peak_labels.h"
 #include "display/spectrum_trace.h"
 #include "display/style.h"
+#include "display/view_commands.h"
 #include "editing/integral_sum.h"
 #include "editing/reference.h"
 #include "session/number_text.h"
@@ -213,15 +214,7 @@ std::vector<std::string> Draw_Distance_Cursors(Session& s, Surface& surf, const 
     surf.Set_Pen(platform::Pen_Style::Solid, 1, Setting_Colour(s, keys[k], 0x0000FF));
     Line(surf, x, y - 20, x, y - 2);
   }
-  const bool hz = s.Axis_Unit != 0;
-  auto position = [&](double p) {
-    return hz ? Format_Number(p * s.Spectrum_Frequency, "#####0.0# Hz")
-              : Format_Number(p, "###0.0### ppm");
-  };
-  const double d = std::fabs(ppm[0] - ppm[1]);
-  return {"\xCE\xB4" "1= " + position(ppm[0]), "\xCE\xB4" "2= " + position(ppm[1]),
-          "\xCE\x94" "= " + Format_Number(d * s.Spectrum_Frequency, "###0.0# Hz") + "      (" +
-              Format_Number(d, "###0.0### ppm)")};
+  return Distance_Text(s, ppm[0], ppm[1]);
 }
 
 }  // namespace

@@ -36,56 +36,92 @@ int Flush_Pixel_Column(std::span<Point> v, int count, int first_y, int max_y, in
   return count;
 }
 
+namespace {
+
+// Round half to even, inline, for |v| < 2^51 (the x of a point is tested
+// against the frame before it is rounded): adding and taking away 1.5 * 2^52
+// leaves the nearest integer under the default rounding mode, as
+// Round_Pixel's nearbyint does.
+inline int Round_Near(double v) {
+  constexpr double magic = 6755399441055744.0;
+  return static_cast<int>((v + magic) - magic);
+}
+
+// The y of a value, clamped to the frame. A NaN rounds to the top.
+struct Y_Map {
+  double ay, by;
+  int top, bottom;
+  int operator()(double v) const { return std::clamp(Round_Pixel(ay * v + by), top, bottom); }
+};
+
+// Finishes a column from its first, largest, smallest and last values.
+int Flush_Values(std::span<Point> v, int count, const Y_Map& map, double first, double vmax,
+                 double vmin, double last, int x) {
+  const int ya = map(vmax), yb = map(vmin);
+  return Flush_Pixel_Column(v, count, map(first), std::max(ya, yb), std::min(ya, yb), map(last), x);
+}
+
+}  // namespace
+
 Trace_Vertices Decimate_Trace(std::span<const float> x, std::span<const float> y, int32_t count,
                               double left, double right, int x0, int x1, double full_scale,
                               double offset, int base, int top, int bottom, int64_t select_first,
                               int64_t select_last) {
   Trace_Vertices out;
   if (right == left || full_scale == 0 || count <= 0) return out;
-  count = std::min<int32_t>(count, static_cast<int32_t>(std::min(x.size(), y.size())));
+  std::size_t have = y.size();
+  if (!x.empty()) have = std::min(have, x.size());
+  count = static_cast<int32_t>(std::min<std::size_t>(static_cast<std::size_t>(count), have));
   const double ax = (x1 - x0) / (right - left);
   const double bx = x0 - ax * left;
   const double ay = (top - base) / full_scale;
   const double by = base + (top - base) * offset;
   const int lo = std::min(x0, x1), hi = std::max(x0, x1);
+  const Y_Map pixel_y{ay, by, top, bottom};
+  // The y map is monotonic, so a column's highest and lowest pixels are
+  // those of its largest and smallest values: a column collects values and
+  // maps only its first, extremes and last. A NaN is held as the value that
+  // maps to the top, as it would if mapped itself.
+  const double nan_value = ay < 0 ? INFINITY : -INFINITY;
   // Sized from the frame, never from the data: four vertices a column.
   out.points.resize(static_cast<std::size_t>(4 * std::abs(x1 - x0) + 4));
   std::span<Point> v(out.points);
   int c = 0;
-  int first = 0, mx = 0, mn = 0, last = 0, column = 0;
+  double first = 0, vmax = 0, vmin = 0, last = 0;
+  int column = 0;
   bool open = false;
   for (int32_t i = 0; i < count; ++i) {
-    const int px = Round_Pixel(ax * x[static_cast<std::size_t>(i)] + bx);
+    const auto k = static_cast<std::size_t>(i);
+    // An empty x span: the point index is the x value.
+    const double xv = ax * (x.empty() ? static_cast<double>(i) : static_cast<double>(x[k])) + bx;
+    const int px = xv >= lo - 1 && xv <= hi + 1 ? Round_Near(xv) : hi + 1;  // NaN: outside
     if (px < lo || px > hi) {
       if (c > 0) {
-        c = Flush_Pixel_Column(v, c, first, mx, mn, last, column);
+        c = Flush_Values(v, c, pixel_y, first, vmax, vmin, last, column);
         open = false;
         if (i < select_last) out.select_to = c - 1;
         break;
       }
       continue;
     }
-    int py = Round_Pixel(ay * y[static_cast<std::size_t>(i)] + by);
-    if (py < top) py = top;
-    if (py > bottom) py = bottom;
+    double yv = y[k];
+    if (yv != yv) yv = nan_value;
     if (i == select_first) out.select_from = c;
     if (i == select_last) out.select_to = c;
     if (c > 0 && px == column) {
-      if (py > mx)
-        mx = py;
-      else if (py < mn)
-        mn = py;
-      last = py;
+      vmax = std::max(vmax, yv);
+      vmin = std::min(vmin, yv);
+      last = yv;
       continue;
     }
-    if (c > 0) c = Flush_Pixel_Column(v, c, first, mx, mn, last, column);
-    if (static_cast<std::size_t>(c) < v.size()) v[static_cast<std::size_t>(c++)] = {px, py};
-    first = mx = mn = last = py;
+    if (c > 0) c = Flush_Values(v, c, pixel_y, first, vmax, vmin, last, column);
+    if (static_cast<std::size_t>(c) < v.size()) v[static_cast<std::size_t>(c++)] = {px, pixel_y(yv)};
+    first = vmax = vmin = last = yv;
     column = px;
     open = true;
   }
   // The data ended inside the window: finish the last column too.
-  if (open) c = Flush_Pixel_Column(v, c, first, mx, mn, last, column);
+  if (open) c = Flush_Values(v, c, pixel_y, first, vmax, vmin, last, column);
   out.points.resize(static_cast<std::size_t>(c));
   return out;
 }

@@ -26,8 +26,9 @@ int Flush_Pixel_Column(std::span<platform::Point> vertices, int count, int first
 // The decimated vertex list of a trace: points (x[i], y[i]) in order, mapped
 // by [left, right] -> [x0, x1] and by the y transform, y clamped to
 // [top, bottom]. Points before the window are passed over; the walk stops at
-// the first point past it. `select_first`/`select_last` are point indices
-// whose vertex positions are reported (-1: none).
+// the first point past it. An empty x span takes the point index as the x
+// value (a FID or a spectrum drawn by points). `select_first`/`select_last`
+// are point indices whose vertex positions are reported (-1: none).
 struct Trace_Vertices {
   std::vector<platform::Point> points;
   int select_from = 0, select_to = 0;  // vertex range of the selection

@@ -433,11 +433,38 @@ bool Mouse_Zoom(Session& s, int16_t tool, Data_Point a, Data_Point b) {
       Zoom_Y(s, a.value, b.value);
       changed = true;
       break;
+    case Tool_Cursor_Pair:
+      // The two ends of the drag become the distance cursors; the tool stays
+      // armed so that the next drag measures again.
+      s.Cursor_Left = a.index;
+      s.Cursor_Right = b.index;
+      s.Show_Distance = 1;
+      return true;
     default:
       return false;
   }
   if (changed) s.Mouse_Tool = Tool_None;
   return changed;
+}
+
+std::vector<std::string> Distance_Text(const Session& s, double ppm1, double ppm2) {
+  const bool hz = s.Axis_Unit != 0;
+  auto position = [&](double p) {
+    return hz ? Format_Number(p * s.Spectrum_Frequency, "#####0.0# Hz") : Format_Number(p, "###0.0### ppm");
+  };
+  const double d = std::fabs(ppm1 - ppm2);
+  return {"\xCE\xB4" "1= " + position(ppm1), "\xCE\xB4" "2= " + position(ppm2),
+          "\xCE\x94" "= " + Format_Number(d * s.Spectrum_Frequency, "###0.0# Hz") + "      (" +
+              Format_Number(d, "###0.0### ppm)")};
+}
+
+std::vector<std::string> Distance_Text(const Session& s) {
+  if (s.Show_Distance != 1 || s.Disp_Points <= 0 || s.Disp_X.size() < static_cast<std::size_t>(s.Disp_Points))
+    return {};
+  auto ppm = [&](int32_t index) {
+    return static_cast<double>(s.Disp_X[static_cast<std::size_t>(std::clamp(index, 0, s.Disp_Points - 1))]);
+  };
+  return Distance_Text(s, ppm(s.Cursor_Left), ppm(s.Cursor_Right));
 }
 
 // ---- range dialog ----

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "display/plot_geometry.h"
 
@@ -131,7 +132,19 @@ struct Data_Point {
 Data_Point Pixel_To_Data(const Session& s, const Plot_Frame& f, int32_t px, int32_t py);
 // A finished drag of the armed tool from corner a to corner b. Returns true
 // when the view changed; the tool is disarmed then.
+// The cursor-pair tool places the two distance cursors at the ends instead
+// and stays armed.
 bool Mouse_Zoom(Session& s, int16_t tool, Data_Point a, Data_Point b);
+
+// ---- distance cursors ----
+
+// The three lines of the distance window: the two positions ("###0.0### ppm",
+// or "#####0.0# Hz" with the axis in Hz or kHz) and their distance in Hz
+// and ppm.
+std::vector<std::string> Distance_Text(const Session& s, double ppm1, double ppm2);
+// The same for the session's two distance cursors (display indices); empty
+// while the distance window is closed or without display data.
+std::vector<std::string> Distance_Text(const Session& s);
 
 // ---- range dialog ----
 

@@ -204,7 +204,7 @@ bool Command_Built(const std::string& id) {
       // edit
       "m21", "m22", "m291", "m292",
       // view and settings
-      "m31", "m30", "m35", "m34", "m44", "m41", "m36", "m37", "m361", "m368", "m362", "m365", "m366", "m363",
+      "m31", "m30", "m35", "m38", "m34", "m44", "m41", "m36", "m37", "m361", "m368", "m362", "m365", "m366", "m363",
       "m364", "m367", "m371", "m372"};
   return built.count(id) != 0;
 }

@@ -1,5 +1,6 @@
 #include "session/user_choice.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <filesystem>
@@ -96,8 +97,14 @@ void Choose_Latest_User(Session& s) {
 }
 
 bool Run_User_Dialog(Session& s) {
-  std::vector<std::string> names;
-  for (const auto& u : List_Users(s)) names.push_back(u.name);
+  // Each user once, however many files carry the name or its case.
+  std::vector<std::string> names, seen;
+  for (const auto& u : List_Users(s)) {
+    const std::string key = Upper(Trim(u.name));
+    if (key.empty() || std::find(seen.begin(), seen.end(), key) != seen.end()) continue;
+    seen.push_back(key);
+    names.push_back(Trim(u.name));
+  }
   const std::string initial = s.User_Name.empty() ? kCommonUserName : s.User_Name;
   const auto answer = s.ui->Ask_User(names, initial);
   if (!answer) {
@@ -105,6 +112,9 @@ bool Run_User_Dialog(Session& s) {
     return false;
   }
   Choose_User(s, *answer);
+  // The choice is offered first at the next start, even if this one ends
+  // without its usual close.
+  Write_Common(s);
   return true;
 }
 

@@ -203,7 +203,7 @@ bool Set_Fid_Shift(Session& s, Ft_Form_State& st, int32_t shift) {
   return true;
 }
 
-bool Step_Fid_Shift(Session& s, Ft_Form_State& st, int dir, int32_t began_at) {
+bool Step_Fid_Shift(Session& s, int dir, int32_t began_at) {
   const int32_t next = s.Fid_Shift + (dir < 0 ? -1 : 1);
   if (dir < 0) {
     const int32_t limit = began_at > 0 ? 0 : 1 - s.Base_Point_Count;
@@ -213,7 +213,6 @@ bool Step_Fid_Shift(Session& s, Ft_Form_State& st, int dir, int32_t began_at) {
     if (next > limit) return false;
   }
   s.Fid_Shift = next;
-  Parameters_Changed(s, st);
   return true;
 }
 

@@ -85,7 +85,9 @@ bool Set_Fid_Shift(Session& s, Ft_Form_State& st, int32_t shift);
 // One step of a held arrow button: dir +1 or -1, began_at the shift when the
 // button went down. A run that began on the far side of 0 stops at 0, any
 // other run at the clamp. Returns false (and changes nothing) at the limit.
-bool Step_Fid_Shift(Session& s, Ft_Form_State& st, int dir, int32_t began_at);
+// Moves the value only: the caller runs the preview (Parameters_Changed), so
+// that the steps of a held button can wait for the preview of the last one.
+bool Step_Fid_Shift(Session& s, int dir, int32_t began_at);
 
 // ---- commands ----
 

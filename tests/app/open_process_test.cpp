@@ -234,6 +234,17 @@ TEST(Road, NothingLostNothingBlank) {
         tevo::signal::Run_Preview(s, state);
         EXPECT_EQ(s.Phase0, phase0);
         EXPECT_FLOAT_EQ(s.Line_Broadening, 1.0f);
+        // Toolbar3's "p2" arms; a click a quarter in from the left of the
+        // spectrum (high points on the left) places p2 there and disarms.
+        QPushButton* p2 = fw.Button("Toolbar3_3");
+        p2->click();
+        QWidget* plot = fw.findChild<QWidget*>("SpectrumPlot");
+        QTest::mouseClick(plot, Qt::LeftButton, {}, QPoint((plot->width() - 1) / 4, plot->height() / 2));
+        const bool whole = state.Plot_Left == state.Plot_Right;
+        const double lo = whole ? 0 : std::min(state.Plot_Left, state.Plot_Right);
+        const double hi = whole ? s.Spec_Points - 1 : std::max(state.Plot_Left, state.Plot_Right);
+        EXPECT_NEAR(s.Pivot_P2, hi - 0.25 * (hi - lo), (hi - lo) / 200.0 + 1);
+        EXPECT_FALSE(p2->isChecked());
         Save_Shot(&w, "road_processing_window");
         fw.Button("Command3")->click();
       });
@@ -346,7 +357,7 @@ TEST(MainWindow, EveryEnabledMenuItemDoesSomething) {
   // What an item may change: the mode, the view, the data, the lists.
   const auto state = [&s] {
     std::ostringstream o;
-    o << s.Mode.Edit_Mode << ' ' << s.Show_Magnitude << ' ' << s.X_Left << ' ' << s.X_Right << ' ' << s.Data_Saved
+    o << s.Mode.Edit_Mode << ' ' << s.Show_Distance << ' ' << s.Show_Magnitude << ' ' << s.X_Left << ' ' << s.X_Right << ' ' << s.Data_Saved
       << ' ' << s.Spec_Re(100) << ' ' << s.settings.Recent_Files.size() << ' ' << s.Param.COMNT;
     for (const auto& l : tevo::session::Layer_Switches()) o << ' ' << s.settings.Int(l.key);
     return o.str();

@@ -78,6 +78,19 @@ TEST(ViewHistory, ZoomAndBackRestoreTheView) {
   // Equal indices do nothing for the horizontal tool.
   EXPECT_FALSE(Mouse_Zoom(s, Tool_H_Zoom, {5, 0}, {5, 1}));
 
+  // The cursor pair measures instead of zooming, and stays armed: 100 ppm
+  // apart at 400 MHz is 40000 Hz.
+  const auto views = s.View_History.size();
+  EXPECT_TRUE(Distance_Text(s).empty());  // the window is closed
+  ASSERT_TRUE(Mouse_Zoom(s, Tool_Cursor_Pair, {612, 0}, {412, 0}));
+  EXPECT_EQ(s.View_History.size(), views);
+  EXPECT_EQ(s.Show_Distance, 1);
+  EXPECT_EQ(std::vector<std::string>({"\xCE\xB4" "1= 50.0 ppm", "\xCE\xB4" "2= -50.0 ppm",
+                                      "\xCE\x94" "= 40000.0 Hz      (100.0 ppm)"}),
+            Distance_Text(s));
+  s.Axis_Unit = 1;
+  EXPECT_EQ(Distance_Text(s)[0], "\xCE\xB4" "1= 20000.0 Hz");
+
   // Only 50 entries are kept.
   for (int i = 0; i < 60; ++i) {
     s.X_Left = static_cast<float>(100 - i);

@@ -209,17 +209,17 @@ TEST(FidProcessing, FieldRulesAndHeldShiftButtons) {
   // Down from 2 stops at 0; down from 0 runs to 1 - Base_Point_Count.
   Set_Fid_Shift(s, st, 2);
   int steps = 0;
-  while (Step_Fid_Shift(s, st, -1, 2)) ++steps;
+  while (Step_Fid_Shift(s, -1, 2)) ++steps;
   EXPECT_EQ(steps, 2);
   EXPECT_EQ(s.Fid_Shift, 0);
   Set_Fid_Shift(s, st, -253);
   steps = 0;
-  while (Step_Fid_Shift(s, st, -1, 0)) ++steps;
+  while (Step_Fid_Shift(s, -1, 0)) ++steps;
   EXPECT_EQ(s.Fid_Shift, -255);
   EXPECT_EQ(steps, 2);
   // Up from below 0 stops at 0.
   Set_Fid_Shift(s, st, -1);
-  while (Step_Fid_Shift(s, st, +1, -1)) {
+  while (Step_Fid_Shift(s, +1, -1)) {
   }
   EXPECT_EQ(s.Fid_Shift, 0);
 
