@@ -33,6 +33,8 @@ Plot_Widget::Plot_Widget(Session& session, QWidget* parent) : QWidget(parent), s
   setMouseTracking(true);
   setAcceptDrops(true);
   setAutoFillBackground(false);
+  // Every pixel comes from the kept picture: nothing below needs painting.
+  setAttribute(Qt::WA_OpaquePaintEvent);
   setMinimumSize(320, 200);
 }
 
@@ -53,7 +55,8 @@ void Plot_Widget::paintEvent(QPaintEvent*) {
   // (exact XOR there) only when something but the mouse changed; the
   // cross-hair and the rubber band go over the kept picture.
   if (base_stale_ || base_.size() != size()) {
-    base_ = QImage(size(), QImage::Format_RGB32);
+    // The former image's memory is reused while the size stays.
+    if (base_.size() != size()) base_ = QImage(size(), QImage::Format_RGB32);
     base_.fill(Qt::white);
     platform::QtSurface surface(base_, logicalDpiY());
     const display::Paint_Result result = display::Picture1_Paint(session_, surface);

@@ -6,6 +6,7 @@
 
 #include "display/plot_geometry.h"
 #include "display/style.h"
+#include "session/rounding.h"
 #include "session/session.h"
 
 namespace tevo::display {
@@ -37,15 +38,6 @@ int Flush_Pixel_Column(std::span<Point> v, int count, int first_y, int max_y, in
 }
 
 namespace {
-
-// Round half to even, inline, for |v| < 2^51 (the x of a point is tested
-// against the frame before it is rounded): adding and taking away 1.5 * 2^52
-// leaves the nearest integer under the default rounding mode, as
-// Round_Pixel's nearbyint does.
-inline int Round_Near(double v) {
-  constexpr double magic = 6755399441055744.0;
-  return static_cast<int>((v + magic) - magic);
-}
 
 // The y of a value, clamped to the frame. A NaN rounds to the top.
 struct Y_Map {
@@ -94,7 +86,8 @@ Trace_Vertices Decimate_Trace(std::span<const float> x, std::span<const float> y
     const auto k = static_cast<std::size_t>(i);
     // An empty x span: the point index is the x value.
     const double xv = ax * (x.empty() ? static_cast<double>(i) : static_cast<double>(x[k])) + bx;
-    const int px = xv >= lo - 1 && xv <= hi + 1 ? Round_Near(xv) : hi + 1;  // NaN: outside
+    // Tested against the frame before it is rounded (NaN: outside).
+    const int px = xv >= lo - 1 && xv <= hi + 1 ? static_cast<int>(Round_Near(xv)) : hi + 1;
     if (px < lo || px > hi) {
       if (c > 0) {
         c = Flush_Values(v, c, pixel_y, first, vmax, vmin, last, column);

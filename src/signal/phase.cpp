@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "session/rounding.h"
 #include "session/session.h"
 #include "signal/sine_table.h"
 
@@ -21,7 +22,7 @@ void Rotate_By_Table(std::span<const float> re_in, std::span<const float> im_in,
   for (int32_t i = 0; i < n; ++i) {
     const double d = static_cast<double>(i) - pivot;
     const double angle = (static_cast<double>(p0) + d * r) * q;
-    int64_t a = static_cast<int64_t>(std::nearbyint(angle)) % m;  // sine index
+    int64_t a = Round_Near(angle) % m;  // sine index
     int64_t b = (a + m / 4) % m;  // cosine index, from a before it is made positive
     if (a < 0) a += m;
     if (b < 0) b += m;

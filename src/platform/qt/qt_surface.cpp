@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <cstdlib>
 #include <vector>
 
@@ -123,7 +124,24 @@ void QtSurface::Set_Brush(Colour colour, bool hollow) {
 
 void QtSurface::Set_Raster_Op(Raster_Op op) { op_ = op; }
 
+void QtSurface::Before_Drawing() {
+  // The kept picture is copied only when the image is about to change: a
+  // picture kept and never drawn over (the main plot keeps its own image)
+  // costs nothing.
+  if (copy_due_) {
+    if (kept_.size() == image_->size() && kept_.format() == image_->format() &&
+        kept_.bytesPerLine() == image_->bytesPerLine())
+      std::memcpy(kept_.bits(), image_->constBits(), static_cast<std::size_t>(image_->sizeInBytes()));
+    else
+      kept_ = image_->copy();
+    copy_due_ = false;
+  }
+  drawn_since_kept_ = true;
+}
+
 void QtSurface::Use_Op() {
+  // Every drawing call passes here (and Set_Pixel calls Before_Drawing).
+  Before_Drawing();
   painter_->setCompositionMode(Xor_Now() ? QPainter::RasterOp_SourceXorDestination
                                          : QPainter::CompositionMode_SourceOver);
 }
@@ -207,6 +225,7 @@ Colour QtSurface::Get_Pixel(int x, int y) const {
 
 void QtSurface::Set_Pixel(int x, int y, Colour colour) {
   if (x < 0 || y < 0 || x >= width_ || y >= height_) return;
+  Before_Drawing();
   painter_->setCompositionMode(QPainter::CompositionMode_Source);
   painter_->fillRect(x, y, 1, 1, To_Qt(colour));
 }
@@ -256,8 +275,11 @@ Text_Size QtSurface::Text_Extent(std::string_view text, const Font_Rec& font, do
 
 void QtSurface::Clear() {
   if (image_ && have_kept_) {
+    // Nothing drawn since the picture was kept or restored: it is there.
+    if (!drawn_since_kept_) return;
     painter_->setCompositionMode(QPainter::CompositionMode_Source);
     painter_->drawImage(0, 0, kept_);
+    drawn_since_kept_ = false;
   } else if (raster_ || !have_kept_) {
     // A vector page keeps what was drawn: the kept picture is the page.
     painter_->setCompositionMode(QPainter::CompositionMode_Source);
@@ -266,13 +288,17 @@ void QtSurface::Clear() {
 }
 
 void QtSurface::Keep_Picture() {
-  if (image_) kept_ = image_->copy();
+  // The image as it stands is the picture; the copy waits for the next
+  // drawing call (Before_Drawing).
+  copy_due_ = image_ != nullptr;
   have_kept_ = true;
+  drawn_since_kept_ = false;
 }
 
 void QtSurface::Drop_Picture() {
-  kept_ = QImage();
+  // The buffer stays for the next Keep_Picture.
   have_kept_ = false;
+  copy_due_ = false;
 }
 
 }  // namespace tevo::platform

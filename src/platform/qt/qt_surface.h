@@ -69,6 +69,9 @@ class QtSurface : public Surface {
  private:
   bool Xor_Now() const { return op_ == Raster_Op::Xor && raster_; }
   void Use_Op();
+  // Called before anything changes the image: makes a due copy of the kept
+  // picture and notes the image as drawn on.
+  void Before_Drawing();
   void Xor_Thin_Line(Point a, Point b);
   // The Qt font and its metrics for a font record, kept while the same
   // font is asked for again (the markup pen measures run after run).
@@ -104,6 +107,10 @@ class QtSurface : public Surface {
   Colour text_colour_ = 0;
   QImage kept_;
   bool have_kept_ = false;
+  // Something was drawn since the picture was kept or restored; without it
+  // Clear has nothing to restore.
+  bool drawn_since_kept_ = true;
+  bool copy_due_ = false;  // kept_ is still to be copied from the image
 };
 
 // The Qt font that draws a font record at a character height in pixels.
