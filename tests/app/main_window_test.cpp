@@ -128,10 +128,19 @@ TEST(MainWindow, UserWindowNamesTheSettingsFileOrEndsTheStart) {
     EXPECT_EQ(std::filesystem::path(session.Settings_Write_Name).filename(), "NMRCOL0001.ini");
     window.Shut_Down();
   }
+  // A second file of the same user (a copy): the next start lists the name
+  // once and offers it first; "終了" there ends the start.
+  std::filesystem::copy_file(home / "NMRCOL0001.ini", home / "NMRCOL0002.ini");
   {
     tevo::Session session;
     tevo::app::Main_Window window(session);
-    in_user_window([](QWidget& w) { w.findChild<QPushButton*>("Command2")->click(); });
+    in_user_window([](QWidget& w) {
+      auto* list = w.findChild<QListWidget*>("List1");
+      EXPECT_EQ(list->findItems("HANAKO", Qt::MatchFixedString).size(), 1);
+      ASSERT_NE(list->currentItem(), nullptr);
+      EXPECT_EQ(list->currentItem()->text(), "HANAKO");
+      w.findChild<QPushButton*>("Command2")->click();
+    });
     window.Start(home.path().string(), "", "");
     EXPECT_FALSE(window.Started());
     for (const auto& e : std::filesystem::directory_iterator(home.path()))
