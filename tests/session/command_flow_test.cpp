@@ -87,7 +87,11 @@ TEST(MenuState, NoDataLoadedAndArray) {
   s.Array_Rows = 4;
   // The array commands have no code yet: never enabled and silent.
   EXPECT_FALSE(session::Menu_Enabled(s)["m52"]);
-  EXPECT_FALSE(session::Menu_Enabled(s)["m24"]);
+  EXPECT_TRUE(session::Menu_Enabled(s)["m24"]);
+  // Undo only with a record to undo.
+  EXPECT_FALSE(session::Menu_Enabled(s)["m20"]);
+  s.Undo_Stack[0].Kind = 2;
+  EXPECT_TRUE(session::Menu_Enabled(s)["m20"]);
   EXPECT_EQ(session::Window_Caption("/data/a.tv1"), "NMR 1D              /DATA/A.TV1");
 
   // The display switches show their key and turn it over; the two places of
