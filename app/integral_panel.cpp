@@ -62,7 +62,7 @@ Integral_Panel::Integral_Panel(Session& session, Plot_Widget* plot, QWidget* par
   row->addSpacing(6);
   row->addWidget(new QLabel(QStringLiteral("Ref"), this));
   ref_ = Named_Field(this, "IntegralText1");
-  ref_->setMaximumWidth(70);
+  ref_->setFixedWidth(64);
   row->addWidget(ref_);
   On_Typed(ref_, this, [this] { Take_Reference(); });
   // B0 and B1 of the selected region, moved by the trim buttons beside them.
@@ -71,7 +71,7 @@ Integral_Panel::Integral_Panel(Session& session, Plot_Widget* plot, QWidget* par
     const QByteArray name = QStringLiteral("IntegralText%1").arg(k + 2).toUtf8();
     b_[k] = Named_Field(this, name.constData());
     b_[k]->setReadOnly(true);
-    b_[k]->setMaximumWidth(80);
+    b_[k]->setFixedWidth(84);
     row->addWidget(b_[k]);
     for (int t = 4 * k; t < 4 * k + 4; ++t) {
       const Trim_Entry& e = kTrims[t];
@@ -96,6 +96,7 @@ Integral_Panel::Integral_Panel(Session& session, Plot_Widget* plot, QWidget* par
           this);
       h->setObjectName(e.name);
       h->setAutoDefault(false);
+      h->setMaximumWidth(46);
       connect(h, &QPushButton::released, this, [this] { emit changed(); });
       row->addWidget(h);
     }

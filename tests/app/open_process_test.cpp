@@ -539,11 +539,11 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   auto* integ = window.Integrals();
   integ->Button(3)->click();
   Drag(plot, At_Ppm(plot, 2.45, mid_y), At_Ppm(plot, 2.2, mid_y));
-  Drag(plot, At_Ppm(plot, 8.3, mid_y), At_Ppm(plot, 6.9, mid_y));
+  Drag(plot, At_Ppm(plot, 7.7, mid_y), At_Ppm(plot, 6.95, mid_y));
   ASSERT_EQ(s.Integrals.size(), 2u);
   EXPECT_GT(s.Integrals[0].Value, 0);
   integ->Button(9)->click();
-  QTest::mouseClick(plot, Qt::LeftButton, {}, At_Ppm(plot, 7.5, mid_y));
+  QTest::mouseClick(plot, Qt::LeftButton, {}, At_Ppm(plot, 7.3, mid_y));
   EXPECT_EQ(s.Integ_Cur, 1);
   const float b0 = s.Integrals[1].B0, value = s.Integrals[1].Value;
   tevo::app::Hold_Button* trim = integ->Trim("Integ_B0_UpCoarse");
@@ -552,9 +552,13 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   EXPECT_FLOAT_EQ(s.Integrals[1].B0, static_cast<float>(b0 + 2e-5 / s.Integ_Scale));
   EXPECT_NE(s.Integrals[1].Value, value);
   EXPECT_EQ(undo->text().toStdString(), "取り消し(B0,B1の変更)");
+  trim = integ->Trim("Integ_B0_DownCoarse");
+  QTest::mousePress(trim, Qt::LeftButton);
+  QTest::mouseRelease(trim, Qt::LeftButton);
+  EXPECT_NEAR(s.Integrals[1].B0, b0, 1e-6);
   const int32_t start = s.Integrals[1].Start_Point;
   integ->Button(10)->click();
-  Drag(plot, At_Ppm(plot, 6.95, mid_y), At_Ppm(plot, 6.8, mid_y));
+  Drag(plot, At_Ppm(plot, 6.96, mid_y), At_Ppm(plot, 6.85, mid_y));
   EXPECT_LT(s.Integrals[1].Start_Point, start);
   integ->Button(13)->click();
   QLineEdit* ref = integ->findChild<QLineEdit*>("IntegralText1");
@@ -566,7 +570,7 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   EXPECT_LE(s.Integ_Scale, 100.0f);
   const std::vector<tevo::Integ_Rec> regions = s.Integrals;
   integ->Button(7)->click();
-  QTest::mouseClick(plot, Qt::LeftButton, {}, At_Ppm(plot, 7.5, mid_y));
+  QTest::mouseClick(plot, Qt::LeftButton, {}, At_Ppm(plot, 7.3, mid_y));
   EXPECT_EQ(s.Integrals.size(), 1u);
   undo->trigger();
   EXPECT_EQ(s.Integrals, regions);
