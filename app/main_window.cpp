@@ -37,6 +37,7 @@
 #include "grid_dialog.h"
 #include "instrument_dialogs.h"
 #include "menu_tree.h"
+#include "operator_dialog.h"
 #include "parameter_dialog.h"
 #include "phase_panel.h"
 #include "plot_widget.h"
@@ -227,6 +228,10 @@ void Main_Window::Connect_Commands() {
   connect(Action("m31"), &QAction::triggered, this, &Main_Window::On_Range_Dialog);
   connect(Action("m30"), &QAction::triggered, this, &Main_Window::On_Grid_Dialog);
   connect(Action("m44"), &QAction::triggered, this, &Main_Window::On_Instrument_Table);
+  connect(Action("m43"), &QAction::triggered, this, [this] {
+    Operator_Dialog form(session_, this);
+    form.exec();
+  });
   connect(Action("m291"), &QAction::triggered, this, [this] {
     editing::m291_Click(session_);
     Refresh_State();
