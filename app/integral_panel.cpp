@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QToolButton>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
 
@@ -41,9 +42,17 @@ constexpr Trim_Entry kTrims[] = {
 Integral_Panel::Integral_Panel(Session& session, Plot_Widget* plot, QWidget* parent)
     : QWidget(parent), session_(session), plot_(plot) {
   setObjectName("IntegralToolbar");
-  auto* row = new QHBoxLayout(this);
-  row->setContentsMargins(4, 2, 4, 2);
+  // Two rows: the mouse tools, "Ref" and the commands; below them B0 and
+  // B1 with their trim buttons.
+  auto* rows = new QVBoxLayout(this);
+  rows->setContentsMargins(4, 2, 4, 2);
+  rows->setSpacing(2);
+  auto* row = new QHBoxLayout;
+  auto* trims = new QHBoxLayout;
+  rows->addLayout(row);
+  rows->addLayout(trims);
   row->setSpacing(2);
+  trims->setSpacing(2);
   // 15 re-scales at once; the others arm the mouse, one at a time, and
   // select-and-move (9) is armed when none is.
   const std::pair<int, const char*> tools[] = {{3, "追加"},     {7, "削除"},    {9, "選択"},
@@ -67,12 +76,13 @@ Integral_Panel::Integral_Panel(Session& session, Plot_Widget* plot, QWidget* par
   On_Typed(ref_, this, [this] { Take_Reference(); });
   // B0 and B1 of the selected region, moved by the trim buttons beside them.
   for (int k = 0; k < 2; ++k) {
-    row->addWidget(new QLabel(k == 0 ? QStringLiteral("B0") : QStringLiteral("B1"), this));
+    if (k == 1) trims->addSpacing(8);
+    trims->addWidget(new QLabel(k == 0 ? QStringLiteral("B0") : QStringLiteral("B1"), this));
     const QByteArray name = QStringLiteral("IntegralText%1").arg(k + 2).toUtf8();
     b_[k] = Named_Field(this, name.constData());
     b_[k]->setReadOnly(true);
     b_[k]->setFixedWidth(84);
-    row->addWidget(b_[k]);
+    trims->addWidget(b_[k]);
     for (int t = 4 * k; t < 4 * k + 4; ++t) {
       const Trim_Entry& e = kTrims[t];
       // Press: one undo record for the whole hold, then a step at once and
@@ -98,9 +108,10 @@ Integral_Panel::Integral_Panel(Session& session, Plot_Widget* plot, QWidget* par
       h->setAutoDefault(false);
       h->setMaximumWidth(46);
       connect(h, &QPushButton::released, this, [this] { emit changed(); });
-      row->addWidget(h);
+      trims->addWidget(h);
     }
   }
+  trims->addStretch();
   row->addSpacing(6);
   auto* close = Named_Button(this, "IntegralCommand1", QStringLiteral("閉じる"));
   auto* clear = Named_Button(this, "IntegralCommand2", QStringLiteral("全削除"));

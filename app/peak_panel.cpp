@@ -55,7 +55,7 @@ Peak_Panel::Peak_Panel(Session& session, Plot_Widget* plot, QWidget* parent)
     row->addWidget(new QLabel(QString::fromUtf8(captions[k]), this));
     const QByteArray name = QStringLiteral("PeakText%1").arg(k + 1).toUtf8();
     levels_[k] = Named_Field(this, name.constData());
-    levels_[k]->setMaximumWidth(80);
+    levels_[k]->setFixedWidth(64);
     row->addWidget(levels_[k]);
     // A typed number takes effect when the box is left; anything else puts
     // the level back. Enter moves on to the next box.
