@@ -465,6 +465,13 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   EXPECT_EQ(s.Base_Corrected, 1);
   EXPECT_NE(Row0(s), raw);
   EXPECT_FALSE(undo->isEnabled());
+  // ｷｬﾝｾﾙ puts back the spectrum the mode started from.
+  const std::vector<float> corrected = Row0(s);
+  window.Action("m23")->trigger();
+  base->Button(2)->click();
+  button(base, "BaseCorCommand3")->click();
+  EXPECT_EQ(s.Mode.Edit_Mode, 0);
+  EXPECT_EQ(Row0(s), corrected);
 
   // Peaks: the shown range (the whole view) finds them, 全削除 empties the
   // list, the whole spectrum finds them again; a peak deleted by the mouse
@@ -579,6 +586,11 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   Save_Shot(integ->List(), "integral_list");
   integ->List()->close();
   Save_Shot(&window, "mode_integrals");
+  button(integ, "IntegralCommand2")->click();
+  EXPECT_TRUE(s.Integrals.empty());
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(積分の全削除)");
+  undo->trigger();
+  EXPECT_EQ(s.Integrals, regions);
   button(integ, "IntegralCommand1")->click();
   EXPECT_EQ(s.Mode.Edit_Mode, 0);
   EXPECT_EQ(s.Integrals.size(), 2u);
