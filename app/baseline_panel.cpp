@@ -11,6 +11,7 @@
 #include "editing/baseline.h"
 #include "editing/integrals.h"
 #include "plot_widget.h"
+#include "session/command_flow.h"
 
 namespace tevo::app {
 
@@ -82,6 +83,8 @@ void Baseline_Panel::Take_Average() {
 }
 
 void Baseline_Panel::Refresh() {
+  // Outside the mode no tool stays armed, so the mode starts idle.
+  if (session_.Mode.Edit_Mode != session::Mode_Baseline) Arm(0, false);
   average_->setText(QString::number(session_.Base_Average));
   preview_->setText(QString::fromUtf8(editing::Base_Preview_Caption(session_)));
 }

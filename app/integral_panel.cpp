@@ -15,6 +15,7 @@
 #include "hold_button.h"
 #include "list_window.h"
 #include "plot_widget.h"
+#include "session/command_flow.h"
 #include "session/number_text.h"
 
 namespace tevo::app {
@@ -158,6 +159,8 @@ void Integral_Panel::Take_Reference() {
 }
 
 void Integral_Panel::Refresh() {
+  // Outside the mode no tool stays armed, so the mode starts idle.
+  if (session_.Mode.Edit_Mode != session::Mode_Integral) Arm(9);
   const bool full = session_.Integrals.size() >= static_cast<std::size_t>(Integ_Max);
   buttons_[3]->setEnabled(!full);
   if (full && tool_ == 3) Arm(9);

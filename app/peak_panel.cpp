@@ -13,6 +13,7 @@
 #include "editing/peaks.h"
 #include "list_window.h"
 #include "plot_widget.h"
+#include "session/command_flow.h"
 #include "session/number_text.h"
 
 namespace tevo::app {
@@ -100,6 +101,8 @@ void Peak_Panel::Arm(int index, bool on) {
 }
 
 void Peak_Panel::Refresh() {
+  // Outside the mode no tool stays armed, so the mode starts idle.
+  if (session_.Mode.Edit_Mode != session::Mode_Peak) Arm(0, false);
   for (int k = 0; k < 3; ++k)
     levels_[k]->setText(QString::fromStdString(Format_Number(*Level(session_, k), "##0.0###")));
   // A full list takes no more peaks by hand.
