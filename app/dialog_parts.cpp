@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QToolButton>
 
 namespace tevo::app {
 
@@ -11,6 +12,14 @@ QPushButton* Named_Button(QWidget* parent, const char* name, const QString& capt
   auto* b = new QPushButton(caption, parent);
   b->setObjectName(name);
   b->setAutoDefault(false);
+  return b;
+}
+
+QToolButton* Named_Tool(QWidget* parent, const char* name, const QString& caption, bool checkable) {
+  auto* b = new QToolButton(parent);
+  b->setObjectName(name);
+  b->setText(caption);
+  b->setCheckable(checkable);
   return b;
 }
 

@@ -10,12 +10,16 @@ class QHBoxLayout;
 class QLineEdit;
 class QObject;
 class QPushButton;
+class QToolButton;
 class QWidget;
 
 namespace tevo::app {
 
 // A push button with its control name, for tests and the style sheet.
 QPushButton* Named_Button(QWidget* parent, const char* name, const QString& caption);
+// A tool-bar button with its control name; a checkable one arms a mouse
+// tool and is released by a second click.
+QToolButton* Named_Tool(QWidget* parent, const char* name, const QString& caption, bool checkable);
 // A line edit with its control name.
 QLineEdit* Named_Field(QWidget* parent, const char* name);
 // Runs `take` when the operator has typed into `field` and leaves it or

@@ -21,7 +21,14 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "baseline_panel.h"
 #include "basic_toolbar.h"
+#include "editing/baseline.h"
+#include "editing/integrals.h"
+#include "editing/peaks.h"
+#include "editing/undo.h"
+#include "integral_panel.h"
+#include "peak_panel.h"
 #include "datafiles/open_file.h"
 #include "display/view_commands.h"
 #include "editing/mirror.h"
@@ -30,6 +37,7 @@
 #include "grid_dialog.h"
 #include "instrument_dialogs.h"
 #include "menu_tree.h"
+#include "operator_dialog.h"
 #include "parameter_dialog.h"
 #include "phase_panel.h"
 #include "plot_widget.h"
@@ -48,6 +56,8 @@ namespace {
 
 // The older format's save with its own writer, shaped like the exports.
 int Save_Older(Session& s, const std::string& path) { return datafiles::m13_Click(s, path); }
+// The peak list in the layout the operator chooses.
+int Save_Peak_List(Session& s, const std::string& path) { return datafiles::m172_Click(s, path); }
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
@@ -124,6 +134,7 @@ void Main_Window::Build_Panels() {
   connect(basic_, &Basic_Toolbar::view_changed, this, &Main_Window::Refresh_View);
   connect(basic_, &Basic_Toolbar::range_requested, this, &Main_Window::On_Range_Dialog);
   panels_->addWidget(basic_);
+  Build_Edit_Panels();
   // Modes 1..6 get their panels from the subsystems that own them.
   for (const char* name : {"RefToolbar", "PhaseToolbar", "BaselineToolbar", "PeakToolbar",
                            "IntegralToolbar", "MultiViewToolbar"}) {
@@ -140,12 +151,51 @@ void Main_Window::Build_Panels() {
       connect(phase_, &Phase_Panel::changed, this, &Main_Window::Refresh_View);
       connect(phase_, &Phase_Panel::finished, this, &Main_Window::Refresh_State);
       panel = phase_;
+    } else if (std::string(name) == "BaselineToolbar") {
+      panel = baseline_;
+    } else if (std::string(name) == "PeakToolbar") {
+      panel = peaks_;
+    } else if (std::string(name) == "IntegralToolbar") {
+      panel = integrals_;
     } else {
       panel = new QWidget(panels_);
       panel->setObjectName(name);
     }
     panels_->addWidget(panel);
   }
+}
+
+void Main_Window::Build_Edit_Panels() {
+  baseline_ = new Baseline_Panel(session_, plot_, panels_);
+  peaks_ = new Peak_Panel(session_, plot_, panels_);
+  integrals_ = new Integral_Panel(session_, plot_, panels_);
+  const auto edited = [this] {
+    Refresh_Edits();
+    Refresh_View();
+  };
+  connect(baseline_, &Baseline_Panel::changed, this, edited);
+  connect(peaks_, &Peak_Panel::changed, this, edited);
+  connect(integrals_, &Integral_Panel::changed, this, edited);
+  connect(baseline_, &Baseline_Panel::finished, this, &Main_Window::Refresh_State);
+  connect(peaks_, &Peak_Panel::finished, this, &Main_Window::Refresh_State);
+  connect(integrals_, &Integral_Panel::finished, this, &Main_Window::Refresh_State);
+  connect(plot_, &Plot_Widget::edit_mouse, this, [this](QPoint press, QPoint release) {
+    switch (session_.Mode.Edit_Mode) {
+      case session::Mode_Baseline: return baseline_->Mouse_Up(press, release);
+      case session::Mode_Peak: return peaks_->Mouse_Up(press, release);
+      case session::Mode_Integral: return integrals_->Mouse_Up(press, release);
+      default: return;
+    }
+  });
+}
+
+void Main_Window::Refresh_Edits() {
+  const editing::Undo_Menu undo = editing::Undo_Caption(session_);
+  Action("m20")->setText(Q(undo.caption));
+  Action("m20")->setEnabled(session::Menu_Enabled(session_)["m20"]);
+  baseline_->Refresh();
+  peaks_->Refresh();
+  integrals_->Refresh();
 }
 
 void Main_Window::Connect_Commands() {
@@ -161,9 +211,13 @@ void Main_Window::Connect_Commands() {
     form.exec();
   });
   connect(Action("m10"), &QAction::triggered, this, [this] { Save({}); });
-  // The other formats: the older native one, the two JCAMP-DX and the ASCII exports.
-  for (const auto& [id, command] : {std::pair{"m13", &Save_Older}, std::pair{"m181", &datafiles::m181_Click},
-                                    std::pair{"m183", &datafiles::m183_Click}, std::pair{"m18", &datafiles::m18_Click}}) {
+  // The other formats: the older native one, the two JCAMP-DX and the ASCII
+  // exports, the peak and integral lists and the integral curves.
+  for (const auto& [id, command] :
+       {std::pair{"m13", &Save_Older}, std::pair{"m181", &datafiles::m181_Click},
+        std::pair{"m183", &datafiles::m183_Click}, std::pair{"m18", &datafiles::m18_Click},
+        std::pair{"m172", &Save_Peak_List}, std::pair{"m173", &datafiles::m173_Click},
+        std::pair{"m131", &datafiles::m131_Click}}) {
     connect(Action(id), &QAction::triggered, this, [this, command = command] {
       command(session_, {});
       Refresh_State();
@@ -179,6 +233,10 @@ void Main_Window::Connect_Commands() {
   connect(Action("m31"), &QAction::triggered, this, &Main_Window::On_Range_Dialog);
   connect(Action("m30"), &QAction::triggered, this, &Main_Window::On_Grid_Dialog);
   connect(Action("m44"), &QAction::triggered, this, &Main_Window::On_Instrument_Table);
+  connect(Action("m43"), &QAction::triggered, this, [this] {
+    Operator_Dialog form(session_, this);
+    form.exec();
+  });
   connect(Action("m291"), &QAction::triggered, this, [this] {
     editing::m291_Click(session_);
     Refresh_State();
@@ -201,6 +259,25 @@ void Main_Window::Connect_Commands() {
   connect(Action("m35"), &QAction::triggered, this, [this] {
     display::Save_Mag(session_);
     display::View_After_Load(session_);
+    Refresh_View();
+  });
+  // The three editing modes, and undo of their list edits.
+  connect(Action("m23"), &QAction::triggered, this, [this] {
+    editing::m23_Click(session_);
+    Refresh_State();
+  });
+  connect(Action("m24"), &QAction::triggered, this, [this] {
+    editing::m24_Click(session_);
+    Refresh_State();
+  });
+  connect(Action("m25"), &QAction::triggered, this, [this] {
+    editing::m25_Click(session_);
+    Refresh_State();
+  });
+  Action("m20")->setShortcut(QKeySequence::Undo);
+  connect(Action("m20"), &QAction::triggered, this, [this] {
+    editing::Undo_Step(session_);
+    Refresh_Edits();
     Refresh_View();
   });
   connect(Action("m22"), &QAction::triggered, this, [this] {
@@ -228,6 +305,7 @@ void Main_Window::Refresh_State() {
   for (const session::Layer_Switch& l : session::Layer_Switches())
     Action(l.id)->setChecked(session::Layer_Checked(session_, l));
   panels_->setCurrentIndex(std::clamp<int>(session_.Mode.Edit_Mode, 0, 6));
+  Refresh_Edits();
   setWindowTitle(Q(session::Window_Caption(session_.Open_Name)));
   Rebuild_Recent_Menu();
   Refresh_View();

@@ -21,6 +21,9 @@ namespace tevo::app {
 
 class Plot_Widget;
 class Basic_Toolbar;
+class Baseline_Panel;
+class Integral_Panel;
+class Peak_Panel;
 class Phase_Panel;
 class Reference_Panel;
 
@@ -41,6 +44,9 @@ class Main_Window : public QMainWindow {
   Basic_Toolbar* Basic() const { return basic_; }
   Phase_Panel* Phase() const { return phase_; }
   Reference_Panel* Reference() const { return reference_; }
+  Baseline_Panel* Baseline() const { return baseline_; }
+  Peak_Panel* Peaks() const { return peaks_; }
+  Integral_Panel* Integrals() const { return integrals_; }
 
   // The start-up steps that need the window's Ui (settings, user choice,
   // work marker, command line); the window is not shown yet. Not
@@ -72,6 +78,12 @@ class Main_Window : public QMainWindow {
 
  private:
   void Build_Panels();
+  // The panels of the baseline, peak and integral modes, and the plot's
+  // clicks and drags handed to the one of the current mode.
+  void Build_Edit_Panels();
+  // Caption and state of m20 by the newest undo record, and the edit
+  // panels' boxes; after every edit.
+  void Refresh_Edits();
   // An open request whose FID goes through the processing window.
   datafiles::Open_Request Fid_Request(const std::string& path);
   void Connect_Commands();
@@ -98,6 +110,9 @@ class Main_Window : public QMainWindow {
   Basic_Toolbar* basic_ = nullptr;
   Phase_Panel* phase_ = nullptr;
   Reference_Panel* reference_ = nullptr;
+  Baseline_Panel* baseline_ = nullptr;
+  Peak_Panel* peaks_ = nullptr;
+  Integral_Panel* integrals_ = nullptr;
   QScrollBar* scroll_ = nullptr;
   bool setting_scroll_ = false;
   bool started_ = false;  // the start-up ran: the end writes settings and removes markers

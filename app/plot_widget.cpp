@@ -44,6 +44,10 @@ double Plot_Widget::Ppm_At(int x) const {
   return session_.X_Left + (session_.X_Right - session_.X_Left) * (x - x0) / (x1 - x0);
 }
 
+double Plot_Widget::Pixel_Of_Ppm(double ppm) const {
+  return display::X_To_Pixel(ppm, session_.X_Left, session_.X_Right, frame_.Frame_Left, frame_.Frame_Right);
+}
+
 void Plot_Widget::Redraw() {
   base_stale_ = true;
   update();
@@ -87,9 +91,13 @@ void Plot_Widget::mousePressEvent(QMouseEvent* event) {
     emit view_changed();
     return;
   }
-  // A drag arms with a zoom tool, and in the reference mode without one.
-  const bool reference = session_.Mode.Edit_Mode == session::Mode_Reference && session_.Disp_Points > 0;
-  if (event->button() == Qt::LeftButton && (session_.Mouse_Tool != display::Tool_None || reference))
+  // A drag arms with a zoom tool, and in the reference and editing modes
+  // without one.
+  const int16_t mode = session_.Mode.Edit_Mode;
+  const bool marks = (mode == session::Mode_Reference || mode == session::Mode_Baseline ||
+                      mode == session::Mode_Peak || mode == session::Mode_Integral) &&
+                     session_.Disp_Points > 0;
+  if (event->button() == Qt::LeftButton && (session_.Mouse_Tool != display::Tool_None || marks))
     drag_start_ = event->position().toPoint();
 }
 
@@ -99,7 +107,12 @@ void Plot_Widget::mouseReleaseEvent(QMouseEvent* event) {
   const display::Data_Point a = display::Pixel_To_Data(session_, frame_, drag_start_.x(), drag_start_.y());
   const display::Data_Point b = display::Pixel_To_Data(session_, frame_, end.x(), end.y());
   const bool click = (end - drag_start_).manhattanLength() <= kClickSlack;
+  const QPoint press = drag_start_;
   drag_start_ = QPoint(-1, -1);
+  if (session_.Mouse_Tool == display::Tool_None && session_.Mode.Edit_Mode != session::Mode_Reference) {
+    emit edit_mouse(press, click ? press : end);
+    return;
+  }
   if (session_.Mouse_Tool == display::Tool_None) {
     if (click)
       emit point_clicked(a.index);

@@ -16,8 +16,9 @@ class Plot_Widget : public QWidget {
  public:
   explicit Plot_Widget(Session& session, QWidget* parent = nullptr);
 
-  // Ppm under a widget x, from the current view and frame.
+  // Ppm under a widget x, from the current view and frame, and back.
   double Ppm_At(int x) const;
+  double Pixel_Of_Ppm(double ppm) const;
   // The frame of the last paint.
   const display::Plot_Frame& Frame() const { return frame_; }
   // Paints the plot anew at the next paint: data, view or style changed.
@@ -34,6 +35,9 @@ class Plot_Widget : public QWidget {
   // A click (press and release on the same spot) in the reference mode, at
   // a display point (index into Disp_X).
   void point_clicked(int index);
+  // A press and its release in the baseline, peak or integral mode, in
+  // widget pixels (the same spot for a click).
+  void edit_mouse(QPoint press, QPoint release);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

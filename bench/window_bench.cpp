@@ -2,7 +2,8 @@
 // mouse move (the cross-hair over the kept picture, or the whole plot
 // painted again as before), one phase step of the main window end to end
 // (rotation, display copy, paint), and one repaint of the processing
-// window with its preview. Run offscreen.
+// window with its preview, and one trim-button step of the integral mode
+// (B0 moved, the region summed again, the plot painted). Run offscreen.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -13,6 +14,7 @@
 #include <cstdlib>
 
 #include "display/view_commands.h"
+#include "editing/integrals.h"
 #include "fid_window.h"
 #include "platform/ui.h"
 #include "plot_widget.h"
@@ -98,6 +100,20 @@ void BM_Main_Phase_Step(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_Main_Phase_Step)->Unit(benchmark::kMillisecond);
+
+void BM_Integral_Trim_Step_Redrawn(benchmark::State& state) {
+  Plot_Bench b;
+  b.s.Mode.Edit_Mode = 5;  // the integral mode's curves and markers
+  tevo::editing::Integ_Add(b.s, kPoints - 1, 0);  // the whole spectrum: the worst case
+  b.s.Integ_Cur = 0;
+  tevo::editing::Integ_Trim_Begin(b.s);
+  for (auto _ : state) {
+    tevo::editing::Integ_Trim_Step(b.s, tevo::editing::Trim_Button::B0_Up);
+    b.plot.Redraw();
+    b.plot.render(&b.image);
+  }
+}
+BENCHMARK(BM_Integral_Trim_Step_Redrawn)->Unit(benchmark::kMillisecond);
 
 // Arg 0: the whole processing window; 1: its spectrum preview alone, at
 // 1600 x 900; 2: the same with the imaginary part.

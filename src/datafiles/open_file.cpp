@@ -9,6 +9,7 @@
 
 #include "datafiles/ascii_export.h"
 #include "datafiles/jcamp.h"
+#include "datafiles/list_files.h"
 #include "display/view_commands.h"
 #include "platform/ui.h"
 #include "session/command_flow.h"
@@ -365,6 +366,7 @@ struct Save_Kind {
   const char* filter;
   const char* wrong_ext;  // message for a name with another extension
   bool native;
+  const List_File_Kind* list = nullptr;  // a list file: its title follows the data name, its name a tail
 };
 constexpr Save_Kind Main_Save{"データの保存", ".TV1", "tv1", "通常形式|*.tv1*|",
                               "ファイルが不正です。または,\rファイルの拡張子が tv1 でない", true};
@@ -376,6 +378,14 @@ constexpr Save_Kind Jcamp_Compact_Save{"データの保存(JCAMP(縮小))", null
 constexpr Save_Kind Ascii_Save{"データの保存(ASCII)", ".TXT|.DAT|.ASC", "txt",
                                "ASCII形式(*.txt)|*.txt|ASCII形式(*.dat)|*.dat|ASCII形式(*.asc)|*.asc|全てのファイル|*.*|",
                                "ﾌｧｲﾙが不正です。または,\rﾌｧｲﾙ名の拡張子が不適切", false};
+constexpr Save_Kind Peak_List_Save{"", nullptr, Peak_List_File.ext, "ピークリスト(*.red)|*.red|全てのファイル|*.*|", "",
+                                   false, &Peak_List_File};
+constexpr Save_Kind Integral_List_Save{"", nullptr, Integral_List_File.ext,
+                                       "積分リスト(*.Ilist)|*.Ilist|全てのファイル|*.*|", "", false, &Integral_List_File};
+constexpr Save_Kind Integral_Curve_Save{
+    "", ".INT|.TXT|.DAT|.ASC", Integral_Curve_File.ext,
+    "積分曲線(*.int)|*.int|ASCII形式(*.txt)|*.txt|ASCII形式(*.dat)|*.dat|ASCII形式(*.asc)|*.asc|全てのファイル|*.*|",
+    "ﾌｧｲﾙが不正です。または,\rﾌｧｲﾙ名の拡張子が不適切", false, &Integral_Curve_File};
 
 // True when the path's extension is one of the "|"-separated classes.
 bool Extension_In(const std::string& path, std::string_view classes) {
@@ -391,6 +401,7 @@ bool Extension_In(const std::string& path, std::string_view classes) {
 // The name offered in the save dialog: the open file's name with the
 // format's extension.
 std::string Save_Name_Offered(const Session& s, const Save_Kind& kind) {
+  if (kind.list != nullptr) return fs::path(List_Default_Name(s.Open_Name, *kind.list)).filename().string();
   if (s.Open_Name.empty()) return std::string("*.") + kind.ext;
   fs::path p(s.Open_Name);
   return p.stem().string() + "." + kind.ext;
@@ -433,7 +444,7 @@ int Save_As(Session& s, const std::string& given, const std::function<int(Sessio
   for (;;) {
     if (given.empty()) {
       platform::File_Request req;
-      req.title = kind.title;
+      req.title = kind.list != nullptr ? fs::path(s.Open_Name).filename().string() + kind.list->title : kind.title;
       req.filter = kind.filter;
       req.default_ext = kind.ext;
       req.initial_name = Save_Name_Offered(s, kind);
@@ -490,6 +501,20 @@ int m18_Click(Session& s, const std::string& path) {
   const std::string mode = Ascii_Modes[choice];
   return Save_As(
       s, path, [mode](Session& t, const std::string& p) { return Write_Ascii(t, p, 0, mode); }, Ascii_Save);
+}
+
+int m172_Click(Session& s, const std::string& path, int layout) {
+  if (layout < 0) layout = s.ui->Choose("ピークリストの保存", "", {"Compact(通常)", "JEOL形式"}, 0);
+  if (layout < 0) return 1;
+  const Peak_List_Layout chosen = layout == 0 ? Peak_List_Layout::Comma : Peak_List_Layout::Report;
+  return Save_As(
+      s, path, [chosen](Session& t, const std::string& p) { return Write_Peak_List(t, p, chosen); }, Peak_List_Save);
+}
+
+int m173_Click(Session& s, const std::string& path) { return Save_As(s, path, Write_Integral_List, Integral_List_Save); }
+
+int m131_Click(Session& s, const std::string& path) {
+  return Save_As(s, path, Write_Integral_Curve, Integral_Curve_Save);
 }
 
 }  // namespace tevo::datafiles

@@ -95,4 +95,14 @@ int m183_Click(Session& s, const std::string& path = {});
 // written, 1 cancelled or refused, -1 write failure.
 int m18_Click(Session& s, const std::string& path = {});
 
+// The list files of the main menu: the peak list (m172; `layout` 0 the
+// comma layout, 1 the report layout, -1 asks), the integral list (m173) and
+// the integral curves (m131, a name ending in .int, .txt, .dat or .asc).
+// The save dialog offers the data name with the list's tail and extension.
+// Returns 0 written, 1 cancelled, refused or nothing to write, -1 write
+// failure.
+int m172_Click(Session& s, const std::string& path = {}, int layout = -1);
+int m173_Click(Session& s, const std::string& path = {});
+int m131_Click(Session& s, const std::string& path = {});
+
 }  // namespace tevo::datafiles

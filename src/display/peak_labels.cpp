@@ -122,6 +122,9 @@ void Draw_Peak_Labels(Session& s, platform::Surface& surf, const Plot_Frame& f, 
 
   const platform::Colour num_colour = Setting_Colour(s, "DISP PEAK NUMCOL", 0);
   int last_x = -1;
+  // The labels and their leaders are painted, not XOR-ed: the marks drawn
+  // before them leave the surface in XOR, where black text would vanish.
+  surf.Set_Raster_Op(platform::Raster_Op::Copy);
   for (std::size_t i = 0; i < px.size(); ++i) {
     if (px[i] <= x0 || px[i] >= x1) continue;
     const int lx = Round_Pixel(label_x[i]);
@@ -134,7 +137,6 @@ void Draw_Peak_Labels(Session& s, platform::Surface& surf, const Plot_Frame& f, 
     Draw_Label(surf, Round_Pixel(last_x - 1.5 * h) - hh, ys + w, u, font, num_colour, ppp, 90);
   }
 
-  surf.Set_Raster_Op(platform::Raster_Op::Copy);
   surf.Set_Pen(platform::Pen_Style::Solid, Round_Pixel(Setting_Num(s, "DISP PEAK WIDTH", 1)),
                Setting_Colour(s, "DISP PEAK COL", 0));
   const int yc = Round_Pixel(0.2 * yb + 0.8 * ya), yd = Round_Pixel(0.8 * yb + 0.2 * ya);

@@ -173,6 +173,7 @@ std::map<std::string, bool> Menu_Enabled(const Session& s) {
   for (const char* id : {"m6", "m341", "m342", "m293", "m61", "m52"}) m[id] = array;
   m["m13"] = loaded && s.settings.Int("ALS SAVE OK") != 0;
   m["m102"] = !s.settings.Recent_Files.empty();
+  m["m20"] = loaded && s.Undo_Stack[0].Kind > 0;  // a record to undo
   for (const Layer_Switch& l : Layer_Switches()) m[l.id] = true;
   for (auto& [id, enabled] : m) enabled = enabled && Command_Built(id);
   return m;
@@ -200,11 +201,13 @@ bool Command_Built(const std::string& id) {
       // the menus themselves
       "NM1D_m1", "m2", "m3", "m40",
       // file
-      "NM1D_m11", "NM1D_m112", "m47", "m10", "m13", "m18", "m181", "m183", "RecentFile", "m102", "m19",
+      "NM1D_m11", "NM1D_m112", "m47", "m10", "m13", "m18", "m181", "m183", "m131", "m172", "m173", "RecentFile",
+      "m102", "m19",
       // edit
-      "m21", "m22", "m291", "m292",
+      "m20", "m21", "m22", "m23", "m24", "m25", "m291", "m292",
       // view and settings
-      "m31", "m30", "m35", "m38", "m34", "m44", "m41", "m36", "m37", "m361", "m368", "m362", "m365", "m366", "m363",
+      "m31", "m30", "m35", "m38", "m34", "m44", "m43", "m41", "m36", "m37", "m361", "m368", "m362", "m365", "m366",
+      "m363",
       "m364", "m367", "m371", "m372"};
   return built.count(id) != 0;
 }

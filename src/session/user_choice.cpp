@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "platform/ui.h"
+#include "session/messages.h"
 #include "session/session.h"
 #include "session/settings_files.h"
 #include "session/startup.h"
@@ -115,6 +116,27 @@ bool Run_User_Dialog(Session& s) {
   // The choice is offered first at the next start, even if this one ends
   // without its usual close.
   Write_Common(s);
+  return true;
+}
+
+bool Operator_Add(Session& s, const std::string& name) {
+  const std::string n = Trim(name);
+  auto& list = s.settings.Operators;
+  if (n.empty() || list.size() >= 100) return false;
+  if (std::find(list.begin(), list.end(), n) != list.end()) {
+    Show_Message(s, n + "はすでに存在します", Style_OK | Icon_Exclamation, "追加エラー");
+    return false;
+  }
+  list.push_back(n);
+  return true;
+}
+
+bool Operator_Delete(Session& s, int k) {
+  auto& list = s.settings.Operators;
+  if (k < 0 || k >= static_cast<int>(list.size())) return false;
+  if (Show_Message(s, list[static_cast<std::size_t>(k)] + "を削除します", Style_Yes_No | Icon_Question, "削除") != Msg_Yes)
+    return false;
+  list.erase(list.begin() + k);
   return true;
 }
 

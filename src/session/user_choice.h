@@ -45,4 +45,13 @@ void Choose_Latest_User(Session& s);
 // and the program is to end.
 bool Run_User_Dialog(Session& s);
 
+// The operator list ("OPERATOR INDEX", the window NMR1D_Form22). Adding a
+// name (trimmed; empty does nothing) that is already listed shows the name
+// with "はすでに存在します" under "追加エラー" and adds nothing; the list
+// holds at most 100 names. Deleting entry k asks the name with
+// "を削除します" under "削除" and deletes on Yes. Both return true when the
+// list changed.
+bool Operator_Add(Session& s, const std::string& name);
+bool Operator_Delete(Session& s, int k);
+
 }  // namespace tevo::session

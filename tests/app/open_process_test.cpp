@@ -21,7 +21,17 @@
 #include <sstream>
 #include <vector>
 
+#include "baseline_panel.h"
 #include "basic_toolbar.h"
+#include "editing/integrals.h"
+#include "editing/peaks.h"
+#include "session/number_text.h"
+#include "display/plot_geometry.h"
+#include "hold_button.h"
+#include "integral_panel.h"
+#include "list_window.h"
+#include "peak_panel.h"
+#include <QTableWidget>
 #include "display/view_commands.h"
 #include "fid_window.h"
 #include "main_window.h"
@@ -404,6 +414,198 @@ TEST(MainWindow, EveryEnabledMenuItemDoesSomething) {
     }
   }
   EXPECT_GE(walked, 15);
+  s.Data_Saved = 1;
+  EXPECT_TRUE(window.Try_Exit());
+}
+
+// Pixels of the plot, laid out anew first (the panel of a mode changes the
+// plot's height).
+QPoint At_Ppm(tevo::app::Plot_Widget* plot, double ppm, int y) {
+  QApplication::processEvents();
+  plot->repaint();
+  return {static_cast<int>(std::lround(plot->Pixel_Of_Ppm(ppm))), y};
+}
+
+void Drag(tevo::app::Plot_Widget* plot, QPoint from, QPoint to) {
+  QTest::mousePress(plot, Qt::LeftButton, {}, from);
+  QTest::mouseMove(plot, to);
+  QTest::mouseRelease(plot, Qt::LeftButton, {}, to);
+}
+
+TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
+  App();
+  Started_Window started(
+      tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string());
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  window.Open_Command_Line();
+  ASSERT_GT(s.Spec_Points, 0);
+  auto* plot = window.Plot();
+  QAction* undo = window.Action("m20");
+  const int mid_y = plot->height() / 2;
+  const auto button = [](QWidget* panel, const char* name) { return panel->findChild<QPushButton*>(name); };
+
+  // Baseline: automatic points correct the spectrum; a point added and
+  // deleted by the mouse; the delete undone; the preview caption; O K.
+  window.Action("m23")->trigger();
+  ASSERT_EQ(s.Mode.Edit_Mode, 3);
+  EXPECT_FALSE(undo->isEnabled());
+  auto* base = window.Baseline();
+  const std::vector<float> raw = Row0(s);
+  base->Button(2)->click();
+  const std::size_t automatic = s.Base_Point.size();
+  ASSERT_GT(automatic, 2u);
+  EXPECT_NE(Row0(s), raw);
+  base->Button(3)->click();
+  QTest::mouseClick(plot, Qt::LeftButton, {}, At_Ppm(plot, 5.0, mid_y));
+  ASSERT_EQ(s.Base_Point.size(), automatic + 1);
+  base->Button(4)->click();
+  EXPECT_FALSE(base->Button(3)->isChecked());
+  QTest::mouseClick(plot, Qt::LeftButton, {}, At_Ppm(plot, 5.0, mid_y));
+  EXPECT_EQ(s.Base_Point.size(), automatic);
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(補正点の削除)");
+  QPushButton* preview = button(base, "BaseCorCommand1");
+  preview->click();
+  EXPECT_EQ(preview->text().toStdString(), "Preview解除");
+  undo->trigger();
+  EXPECT_EQ(s.Base_Point.size(), automatic + 1);
+  Save_Shot(&window, "mode_baseline");
+  button(base, "BaseCorCommand2")->click();
+  EXPECT_EQ(s.Mode.Edit_Mode, 0);
+  EXPECT_EQ(s.Base_Corrected, 1);
+  EXPECT_NE(Row0(s), raw);
+  EXPECT_FALSE(undo->isEnabled());
+  // ｷｬﾝｾﾙ puts back the spectrum the mode started from.
+  const std::vector<float> corrected = Row0(s);
+  window.Action("m23")->trigger();
+  base->Button(2)->click();
+  button(base, "BaseCorCommand3")->click();
+  EXPECT_EQ(s.Mode.Edit_Mode, 0);
+  EXPECT_EQ(Row0(s), corrected);
+
+  // Peaks: the shown range (the whole view) finds them, 全削除 empties the
+  // list, the whole spectrum finds them again; a peak deleted by the mouse
+  // comes back by add nearest, a point at the cursor is added; a level line
+  // dragged; the list window; undo; close keeps the list.
+  window.Action("m24")->trigger();
+  ASSERT_EQ(s.Mode.Edit_Mode, 4);
+  auto* peaks = window.Peaks();
+  peaks->Button(2)->click();
+  const std::size_t found = s.Peaks.size();
+  ASSERT_GT(found, 3u);
+  button(peaks, "PeakCommand3")->click();
+  EXPECT_TRUE(s.Peaks.empty());
+  peaks->Button(3)->click();
+  ASSERT_EQ(s.Peaks.size(), found);
+  // The list by frequency (the label places are the plot's business).
+  const auto freqs = [&s] {
+    std::vector<float> v;
+    for (const auto& p : s.Peaks) v.push_back(p.Freq_Hz);
+    return v;
+  };
+  const std::vector<float> all = freqs();
+  // Zoomed in on the strongest peak (a pixel is then less than a display
+  // point, which add nearest needs), by the list's own heights.
+  const auto rows = tevo::editing::Peak_List_Rows(s, false);
+  const auto top = std::max_element(rows.begin(), rows.end(), [](auto& a, auto& b) { return a.height < b.height; });
+  const float left = s.X_Left, right = s.X_Right;
+  s.X_Left = static_cast<float>(top->ppm + 0.05);
+  s.X_Right = static_cast<float>(top->ppm - 0.05);
+  window.Refresh_View();
+  const QPoint peak = At_Ppm(plot, top->ppm, mid_y);
+  peaks->Button(6)->click();
+  QTest::mouseClick(plot, Qt::LeftButton, {}, peak);
+  EXPECT_EQ(s.Peaks.size(), found - 1);
+  peaks->Button(4)->click();
+  QTest::mouseClick(plot, Qt::LeftButton, {}, peak + QPoint(6, 0));
+  EXPECT_EQ(freqs(), all);
+  peaks->Button(5)->click();
+  QTest::mouseClick(plot, Qt::LeftButton, {}, At_Ppm(plot, top->ppm + 0.03, mid_y));
+  EXPECT_EQ(s.Peaks.size(), found + 1);
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(ピーク位置の追加)");
+  undo->trigger();
+  EXPECT_EQ(freqs(), all);
+  s.X_Left = left;
+  s.X_Right = right;
+  window.Refresh_View();
+  QApplication::processEvents();
+  plot->repaint();
+  const auto& f = plot->Frame();
+  const int level_y = static_cast<int>(std::lround(tevo::display::Y_To_Pixel(
+      s.Max_Abs * s.Peak_Level, f.Frame_Base, f.Frame_Top, s.Y_Full_Scale, s.Y_Offset)));
+  Drag(plot, QPoint(plot->width() / 3, level_y), QPoint(plot->width() / 3, level_y - 40));
+  EXPECT_GT(s.Peak_Level, 0.01f);
+  EXPECT_EQ(peaks->findChild<QLineEdit*>("PeakText1")->text().toStdString(),
+            tevo::Format_Number(s.Peak_Level, "##0.0###"));
+  button(peaks, "PeakCommand2")->click();
+  ASSERT_TRUE(peaks->List()->isVisible());
+  EXPECT_EQ(peaks->List()->Table()->rowCount(), static_cast<int>(found));
+  EXPECT_EQ(peaks->List()->Table()->horizontalHeaderItem(1)->text().toStdString(), "ppm");
+  Save_Shot(peaks->List(), "peak_list");
+  peaks->List()->close();
+  Save_Shot(&window, "mode_peaks");
+  button(peaks, "PeakCommand1")->click();
+  EXPECT_EQ(s.Mode.Edit_Mode, 0);
+  EXPECT_EQ(freqs(), all);
+
+  // Integrals: two regions dragged (the methyl singlet and the aromatic
+  // lines), one selected and trimmed, a boundary moved, the reference set,
+  // re-scaled, one deleted and the delete undone, the list window.
+  window.Action("m25")->trigger();
+  ASSERT_EQ(s.Mode.Edit_Mode, 5);
+  auto* integ = window.Integrals();
+  integ->Button(3)->click();
+  Drag(plot, At_Ppm(plot, 2.45, mid_y), At_Ppm(plot, 2.2, mid_y));
+  Drag(plot, At_Ppm(plot, 7.7, mid_y), At_Ppm(plot, 6.95, mid_y));
+  ASSERT_EQ(s.Integrals.size(), 2u);
+  EXPECT_GT(s.Integrals[0].Value, 0);
+  integ->Button(9)->click();
+  QTest::mouseClick(plot, Qt::LeftButton, {}, At_Ppm(plot, 7.3, mid_y));
+  EXPECT_EQ(s.Integ_Cur, 1);
+  const float b0 = s.Integrals[1].B0, value = s.Integrals[1].Value;
+  tevo::app::Hold_Button* trim = integ->Trim("Integ_B0_UpCoarse");
+  QTest::mousePress(trim, Qt::LeftButton);
+  QTest::mouseRelease(trim, Qt::LeftButton);
+  EXPECT_FLOAT_EQ(s.Integrals[1].B0, static_cast<float>(b0 + 2e-5 / s.Integ_Scale));
+  EXPECT_NE(s.Integrals[1].Value, value);
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(B0,B1の変更)");
+  trim = integ->Trim("Integ_B0_DownCoarse");
+  QTest::mousePress(trim, Qt::LeftButton);
+  QTest::mouseRelease(trim, Qt::LeftButton);
+  EXPECT_NEAR(s.Integrals[1].B0, b0, 1e-6);
+  const int32_t start = s.Integrals[1].Start_Point;
+  integ->Button(10)->click();
+  Drag(plot, At_Ppm(plot, 6.96, mid_y), At_Ppm(plot, 6.85, mid_y));
+  EXPECT_LT(s.Integrals[1].Start_Point, start);
+  integ->Button(13)->click();
+  QLineEdit* ref = integ->findChild<QLineEdit*>("IntegralText1");
+  ref->setText("3");
+  QTest::mouseClick(plot, Qt::LeftButton, {}, At_Ppm(plot, 2.3, mid_y));
+  EXPECT_EQ(s.Integ_Ref_Index, 0);
+  EXPECT_FLOAT_EQ(tevo::editing::Integ_Shown_Value(s, 0), 3.0f);
+  integ->Button(15)->click();
+  EXPECT_LE(s.Integ_Scale, 100.0f);
+  const std::vector<tevo::Integ_Rec> regions = s.Integrals;
+  integ->Button(7)->click();
+  QTest::mouseClick(plot, Qt::LeftButton, {}, At_Ppm(plot, 7.3, mid_y));
+  EXPECT_EQ(s.Integrals.size(), 1u);
+  undo->trigger();
+  EXPECT_EQ(s.Integrals, regions);
+  button(integ, "IntegralCommand3")->click();
+  EXPECT_EQ(integ->List()->Table()->rowCount(), 2);
+  Save_Shot(integ->List(), "integral_list");
+  integ->List()->close();
+  Save_Shot(&window, "mode_integrals");
+  button(integ, "IntegralCommand2")->click();
+  EXPECT_TRUE(s.Integrals.empty());
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(積分の全削除)");
+  undo->trigger();
+  EXPECT_EQ(s.Integrals, regions);
+  button(integ, "IntegralCommand1")->click();
+  EXPECT_EQ(s.Mode.Edit_Mode, 0);
+  EXPECT_EQ(s.Integrals.size(), 2u);
+  EXPECT_FALSE(undo->isEnabled());
   s.Data_Saved = 1;
   EXPECT_TRUE(window.Try_Exit());
 }

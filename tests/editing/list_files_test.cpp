@@ -8,6 +8,7 @@
 
 #include "datafiles/list_files.h"
 #include "datafiles/native.h"
+#include "datafiles/open_file.h"
 #include "editing/baseline.h"
 #include "editing/integral_sum.h"
 #include "editing/integrals.h"
@@ -149,6 +150,20 @@ TEST(ListFiles, PeakAndIntegralListsAndTheCurveReadBackToTheSessionsNumbers) {
   EXPECT_EQ(datafiles::List_Default_Name("/d/abc.tv1", datafiles::Peak_List_File), "/d/abc_red.red");
   EXPECT_EQ(datafiles::List_Default_Name("/d/abc.tv1", datafiles::Integral_List_File), "/d/abc_Ilist.Ilist");
   EXPECT_EQ(datafiles::List_Default_Name("/d/abc.tv1", datafiles::Integral_Curve_File), "/d/abc_INT.int");
+
+  // The menu commands: the dialog offers the data name with the list's tail
+  // under a title behind it; the curve refuses a foreign extension.
+  d.ui.choice_answers = {1};
+  d.ui.file_answers = {platform::File_Answer{(dir / "m.red").string(), 1}};
+  ASSERT_EQ(datafiles::m172_Click(s), 0);
+  EXPECT_EQ(d.ui.file_requests.back().title, "run7.tv1 の保存(ピークリスト)");
+  EXPECT_EQ(d.ui.file_requests.back().initial_name, "run7_red.red");
+  EXPECT_EQ(File_Lines(dir / "m.red"), File_Lines(dir / "r.red"));
+  ASSERT_EQ(datafiles::m173_Click(s, (dir / "m.Ilist").string()), 0);
+  EXPECT_EQ(File_Lines(dir / "m.Ilist"), File_Lines(dir / "i.Ilist"));
+  d.ui.button_answers = {2};
+  EXPECT_EQ(datafiles::m131_Click(s, (dir / "m.csv").string()), 1);
+  EXPECT_FALSE(std::filesystem::exists(dir / "m.csv"));
 }
 
 TEST(ListFiles, NativeFileKeepsPeaksIntegralsAndTheCorrectedSpectrum) {

@@ -6,6 +6,7 @@
 #include "platform/ui.h"
 #include "session/command_flow.h"
 #include "session/session.h"
+#include "session/user_choice.h"
 
 using namespace tevo;
 
@@ -87,7 +88,11 @@ TEST(MenuState, NoDataLoadedAndArray) {
   s.Array_Rows = 4;
   // The array commands have no code yet: never enabled and silent.
   EXPECT_FALSE(session::Menu_Enabled(s)["m52"]);
-  EXPECT_FALSE(session::Menu_Enabled(s)["m24"]);
+  EXPECT_TRUE(session::Menu_Enabled(s)["m24"]);
+  // Undo only with a record to undo.
+  EXPECT_FALSE(session::Menu_Enabled(s)["m20"]);
+  s.Undo_Stack[0].Kind = 2;
+  EXPECT_TRUE(session::Menu_Enabled(s)["m20"]);
   EXPECT_EQ(session::Window_Caption("/data/a.tv1"), "NMR 1D              /DATA/A.TV1");
 
   // The display switches show their key and turn it over; the two places of
@@ -106,6 +111,26 @@ TEST(MenuState, NoDataLoadedAndArray) {
   EXPECT_TRUE(session::Layer_Checked(s, find("m372")));
   EXPECT_FALSE(session::Layer_Checked(s, find("m371")));
   EXPECT_TRUE(session::Menu_Enabled(s)["m367"]);
+}
+
+TEST(OperatorList, AddRefusesATwinDeleteAsks) {
+  platform::Scripted_Ui ui;
+  ui.quiet = true;
+  Session s;
+  s.ui = &ui;
+  EXPECT_TRUE(session::Operator_Add(s, " 山田 "));
+  EXPECT_FALSE(session::Operator_Add(s, "山田"));
+  EXPECT_EQ(ui.shown.back().text, "山田はすでに存在します");
+  EXPECT_EQ(ui.shown.back().title, "追加エラー");
+  EXPECT_FALSE(session::Operator_Add(s, "  "));
+  EXPECT_TRUE(session::Operator_Add(s, "SUZUKI"));
+  ui.button_answers = {2};  // いいえ
+  EXPECT_FALSE(session::Operator_Delete(s, 0));
+  EXPECT_EQ(ui.shown.back().text, "山田を削除します");
+  EXPECT_EQ(ui.shown.back().title, "削除");
+  ui.button_answers = {1};
+  EXPECT_TRUE(session::Operator_Delete(s, 0));
+  EXPECT_EQ(s.settings.Operators, std::vector<std::string>{"SUZUKI"});
 }
 
 }  // namespace
