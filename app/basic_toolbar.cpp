@@ -2,6 +2,8 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
+#include <tuple>
 #include <QLineEdit>
 #include <QToolButton>
 
@@ -71,6 +73,21 @@ Basic_Toolbar::Basic_Toolbar(Session& session, QWidget* parent) : QWidget(parent
   Typed("BasicText1", display::Type_Y_Mag);
   Typed("BasicText2", display::Type_Y_Level);
   Typed("BasicText3", display::Type_X_Mag);
+  Typed("DataText", display::Type_Array_Row);
+  // UpDown1: the next or former row of an array data set.
+  for (const auto& [name, text, step] : {std::tuple<const char*, const char*, int>{"UpDown1_Up", "▲", 1},
+                                         {"UpDown1_Down", "▼", -1}}) {
+    auto* b = new QPushButton(QString::fromUtf8(text), this);
+    b->setObjectName(name);
+    b->setAutoDefault(false);
+    b->setMaximumWidth(b->fontMetrics().horizontalAdvance(QStringLiteral("▲")) + 16);
+    connect(b, &QPushButton::clicked, this, [this, step = step] {
+      if (display::Set_Array_Row(session_, session_.Array_Row + step)) emit view_changed();
+      Refresh();
+    });
+    row->addWidget(b);
+    row_steps_.push_back(b);
+  }
   row->addStretch();
   Refresh();
 }
@@ -109,6 +126,9 @@ void Basic_Toolbar::Refresh() {
   fields_.at("BasicText2")->setText(QString::number(session_.Y_Offset, 'g', 6));
   fields_.at("BasicText3")->setText(Q(display::X_Mag_Text(session_)));
   fields_.at("DataText")->setText(QString::number(session_.Array_Row + 1));
+  const bool array = session_.Array_Rows > 1;
+  fields_.at("DataText")->setEnabled(array);
+  for (QPushButton* b : row_steps_) b->setEnabled(array);
 }
 
 }  // namespace tevo::app

@@ -6,11 +6,13 @@
 #include <QWidget>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "display/view_commands.h"
 #include "session/session.h"
 
 class QLineEdit;
+class QPushButton;
 class QToolButton;
 
 namespace tevo::app {
@@ -37,6 +39,7 @@ class Basic_Toolbar : public QWidget {
   display::Hold_Repeat held_;
   std::map<int, QToolButton*> buttons_;
   std::map<std::string, QLineEdit*> fields_;
+  std::vector<QPushButton*> row_steps_;  // UpDown1: next and former row
 };
 
 }  // namespace tevo::app

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "display/style.h"
+#include "session/command_flow.h"
 #include "session/number_text.h"
 #include "session/session.h"
 
@@ -271,6 +272,32 @@ Typed_Result Type_Y_Level(Session& s, const std::string& text) {
 Typed_Result Type_X_Mag(Session& s, const std::string& text) {
   return Take_Positive(
       text, [&](double v) { Set_X_Mag(s, v); }, [&] { return X_Mag_Text(s); });
+}
+
+// ---- array rows ----
+
+bool Set_Array_Row(Session& s, int32_t row) {
+  if (s.Array_Rows <= 1) return false;
+  row = std::clamp(row, 0, s.Array_Rows - 1);
+  if (row == s.Array_Row) return false;
+  if (s.Mode.Edit_Mode == session::Mode_Baseline && !s.Base_Point.empty() && !session::Confirm_Mode_Exit(s))
+    return false;
+  s.Array_Row = row;
+  Build_Disp_Arrays(s, 1);
+  return true;
+}
+
+Typed_Result Type_Array_Row(Session& s, const std::string& text) {
+  char* end = nullptr;
+  const long v = std::strtol(text.c_str(), &end, 10);
+  const char* rest = end;
+  const bool number = rest != text.c_str() && std::all_of(rest, text.c_str() + text.size(), [](char c) {
+    return c == ' ';
+  });
+  Typed_Result r;
+  if (number) r.taken = Set_Array_Row(s, static_cast<int32_t>(std::clamp<long>(v, 1, 1 << 20) - 1));
+  r.text = std::to_string(s.Array_Row + 1);
+  return r;
 }
 
 // ---- scroll bar ----

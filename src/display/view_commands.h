@@ -97,6 +97,16 @@ Typed_Result Type_Y_Mag(Session& s, const std::string& text);  // BasicText1
 Typed_Result Type_Y_Level(Session& s, const std::string& text);  // BasicText2
 Typed_Result Type_X_Mag(Session& s, const std::string& text);  // BasicText3
 
+// ---- array rows (DataText, UpDown1) ----
+
+// Makes `row` (0-based, clamped to the data set's rows) the shown row of an
+// array data set. Open baseline points belong to the row they were set on:
+// the baseline question of the mode interlock comes first, and its
+// "Cancel" keeps the row. True when the row changed.
+bool Set_Array_Row(Session& s, int32_t row);
+// DataText: a row number from 1; the field shows the row in force after it.
+Typed_Result Type_Array_Row(Session& s, const std::string& text);
+
 // ---- scroll bar (thumb 0 .. 10000) ----
 
 inline constexpr int Scroll_Thumb_Max = 10000;

@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "display/view_commands.h"
+#include "platform/ui.h"
+#include "session/command_flow.h"
 #include "session/session.h"
 
 using namespace tevo;
@@ -233,4 +235,39 @@ TEST(ViewCommands, RangeDialogOrdersWidensAndConvertsUnits) {
   Range_Values v = Range_Dialog_Values(s, 2);
   EXPECT_NEAR(v.upper, 2.01, 1e-6);
   EXPECT_EQ(s.View_History.size(), 4u);
+}
+
+TEST(ArrayRows, TypedAndSteppedRowsAskFirstWithOpenBaselinePoints) {
+  platform::Scripted_Ui ui;
+  ui.quiet = true;
+  Session s;
+  s.ui = &ui;
+  s.Array_Rows = 3;
+  Alloc_Point_Arrays(s, 64);
+  s.Spec_Points = 64;
+  Build_Disp_Arrays(s, 0);
+  // Rows are typed from 1; beyond the last is the last; junk keeps the row.
+  EXPECT_TRUE(Type_Array_Row(s, "2").taken);
+  EXPECT_EQ(s.Array_Row, 1);
+  const Typed_Result last = Type_Array_Row(s, "9");
+  EXPECT_EQ(last.text, "3");
+  EXPECT_FALSE(Type_Array_Row(s, "2x").taken);
+  EXPECT_EQ(Type_Array_Row(s, "2x").text, "3");
+  EXPECT_FALSE(Set_Array_Row(s, 5));  // already the last
+
+  // Baseline points of this row: Cancel keeps the row and the mode, No
+  // drops the points and leaves the mode, then the row changes.
+  s.Mode.Edit_Mode = session::Mode_Baseline;
+  s.Mode.Mode_Unchanged = 0;
+  s.Base_Point = {10};
+  ui.button_answers = {3};
+  EXPECT_FALSE(Set_Array_Row(s, 0));
+  EXPECT_EQ(s.Array_Row, 2);
+  EXPECT_EQ(s.Mode.Edit_Mode, session::Mode_Baseline);
+  ui.button_answers = {2};
+  EXPECT_TRUE(Set_Array_Row(s, 0));
+  EXPECT_EQ(s.Array_Row, 0);
+  EXPECT_EQ(s.Mode.Edit_Mode, session::Mode_Basic);
+  ASSERT_EQ(ui.shown.size(), 2u);
+  EXPECT_EQ(ui.shown[0].text, "ベースライン補正を実行しますか");
 }
