@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QImage>
+#include <QLabel>
+#include <QRegularExpression>
 #include <QMenu>
 #include <QWheelEvent>
 #include <QTest>
@@ -350,6 +352,24 @@ TEST(Road, OpenDialogShowsBrukerFilesAndTheWheelMovesTheView) {
                    false);
   QApplication::sendEvent(plot, &zoom);
   EXPECT_NEAR(s.X_Left - s.X_Right, width / 1.25, 1e-3 * width);
+
+  // The distance tool: a drag sets the two cursors and Picture3 tells their
+  // distance, which agrees with the positions it shows.
+  window.Basic()->findChild<QAbstractButton*>("BasicToolbar_10")->click();
+  QTest::mousePress(plot, Qt::LeftButton, {}, QPoint(plot->width() / 3, plot->height() / 2));
+  QTest::mouseMove(plot, QPoint(plot->width() / 2, plot->height() / 2));
+  QTest::mouseRelease(plot, Qt::LeftButton, {}, QPoint(plot->width() / 2, plot->height() / 2));
+  auto* distance = window.findChild<QLabel*>("Picture3");
+  ASSERT_TRUE(distance->isVisible());
+  // "δ1= 8.43 ppm    δ2= 7.90 ppm    Δ= 159.64 Hz      (0.53 ppm)"
+  std::vector<double> values;
+  auto numbers = QRegularExpression("= *([-0-9.]+)").globalMatch(distance->text());
+  while (numbers.hasNext()) values.push_back(numbers.next().captured(1).toDouble());
+  ASSERT_EQ(values.size(), 3u) << distance->text().toStdString();
+  const double d1 = values[0], d2 = values[1], hz = values[2];
+  EXPECT_GT(d1, d2);  // the left cursor is the higher shift
+  EXPECT_NEAR(hz, (d1 - d2) * s.Spectrum_Frequency, 0.02 * s.Spectrum_Frequency);
+  Save_Shot(&window, "road_distance");
   s.Data_Saved = 1;
   EXPECT_TRUE(window.Try_Exit());
 }
