@@ -22,23 +22,15 @@ void Register_Baseline(CLI::App& app, Context& ctx) {
       ->check(CLI::Range(0, 32767));
   cmd->add_option("-o,--output", out, "output file, as for process")->required();
   cmd->callback([&ctx] {
-    if (!Known_Output(out)) {
-      std::cerr << "baseline: unknown output kind: " << out << " (known: .tv1 .als .dx .jdx .txt .dat .asc)\n";
+    if (!Output_Usable(out, "baseline")) {
       ctx.exit_code = Exit_Usage;
       return;
     }
-    if (int rc = Open_Data(ctx, path); rc != Exit_Good) {
+    if (int rc = Open_Spectrum(ctx, path, "baseline"); rc != Exit_Good) {
       ctx.exit_code = rc;
       return;
     }
     Session& s = ctx.session;
-    if (s.Spec_Points <= 0) {
-      std::cerr << "baseline: " << path << " holds no spectrum\n";
-      ctx.exit_code = Exit_Refused;
-      return;
-    }
-    Build_Disp_Arrays(s, 0);
-    display::View_After_Load(s);
     editing::m23_Click(s);
     if (average) s.Base_Average = static_cast<int16_t>(*average);
     const int32_t points = editing::Base_Auto_Points(s);

@@ -47,6 +47,13 @@ int Open_Data(Context& ctx, const std::string& path, const signal::Process_Reque
 // .asc): whether OUT names one, and writing the session as it (a core status).
 bool Known_Output(const std::string& out);
 int Write_Output(Session& s, const std::string& out);
+// Known_Output, or the usage message of `command` naming the known kinds.
+bool Output_Usable(const std::string& out, const char* command);
+
+// Open_Data with the defaults, and a spectrum wanted in PATH, shown whole
+// (display arrays and the view after load) as the editing modes see it.
+// Returns an exit code; the messages name `command`.
+int Open_Spectrum(Context& ctx, const std::string& path, const char* command);
 
 // "LEFT,RIGHT" in ppm; false for anything else.
 bool Parse_Ppm_Range(const std::string& text, float& left, float& right);
@@ -59,5 +66,6 @@ void Register_Sample(CLI::App& app, Context& ctx);
 void Register_Peaks(CLI::App& app, Context& ctx);
 void Register_Integrate(CLI::App& app, Context& ctx);
 void Register_Baseline(CLI::App& app, Context& ctx);
+void Register_Diff(CLI::App& app, Context& ctx);
 
 }  // namespace tevo::cli

@@ -64,18 +64,11 @@ void Register_Integrate(CLI::App& app, Context& ctx) {
       ctx.exit_code = Exit_Usage;
       return;
     }
-    if (int rc = Open_Data(ctx, path); rc != Exit_Good) {
+    if (int rc = Open_Spectrum(ctx, path, "integrate"); rc != Exit_Good) {
       ctx.exit_code = rc;
       return;
     }
     Session& s = ctx.session;
-    if (s.Spec_Points <= 0) {
-      std::cerr << "integrate: " << path << " holds no spectrum\n";
-      ctx.exit_code = Exit_Refused;
-      return;
-    }
-    Build_Disp_Arrays(s, 0);
-    display::View_After_Load(s);
     if (baseline == "auto") Auto_Baseline(s);
     s.Integrals.clear();
     for (const auto& [a, b] : ppm) {

@@ -21,6 +21,7 @@ int main(int argc, char** argv) {
   tevo::cli::Register_Peaks(app, ctx);
   tevo::cli::Register_Integrate(app, ctx);
   tevo::cli::Register_Baseline(app, ctx);
+  tevo::cli::Register_Diff(app, ctx);
 
   try {
     app.parse(argc, argv);

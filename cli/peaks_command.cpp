@@ -34,18 +34,11 @@ void Register_Peaks(CLI::App& app, Context& ctx) {
       ctx.exit_code = Exit_Usage;
       return;
     }
-    if (int rc = Open_Data(ctx, path); rc != Exit_Good) {
+    if (int rc = Open_Spectrum(ctx, path, "peaks"); rc != Exit_Good) {
       ctx.exit_code = rc;
       return;
     }
     Session& s = ctx.session;
-    if (s.Spec_Points <= 0) {
-      std::cerr << "peaks: " << path << " holds no spectrum\n";
-      ctx.exit_code = Exit_Refused;
-      return;
-    }
-    Build_Disp_Arrays(s, 0);
-    display::View_After_Load(s);
     if (level) s.Peak_Level = *level;
     if (noise) s.Noise_Level = *noise;
     if (base) s.Base_Level = *base;

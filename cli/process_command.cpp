@@ -12,6 +12,7 @@
 #include "commands.h"
 #include "datafiles/open_file.h"
 #include "datafiles/recognition.h"
+#include "display/view_commands.h"
 #include "signal/fid_processing.h"
 
 namespace tevo::cli {
@@ -130,6 +131,24 @@ bool Known_Output(const std::string& out) { return Output_Kind_Of(out) != nullpt
 int Write_Output(Session& s, const std::string& out) {
   const Output_Kind* kind = Output_Kind_Of(out);
   return kind ? kind->write(s, out) : 1;
+}
+
+bool Output_Usable(const std::string& out, const char* command) {
+  if (Known_Output(out)) return true;
+  std::cerr << command << ": unknown output kind: " << out << " (known: .tv1 .als .dx .jdx .txt .dat .asc)\n";
+  return false;
+}
+
+int Open_Spectrum(Context& ctx, const std::string& path, const char* command) {
+  if (int rc = Open_Data(ctx, path); rc != Exit_Good) return rc;
+  Session& s = ctx.session;
+  if (s.Spec_Points <= 0) {
+    std::cerr << command << ": " << path << " holds no spectrum\n";
+    return Exit_Refused;
+  }
+  Build_Disp_Arrays(s, 0);
+  display::View_After_Load(s);
+  return Exit_Good;
 }
 
 int Open_Data(Context& ctx, const std::string& path, const signal::Process_Request& req, signal::Process_Report* report,

@@ -190,6 +190,16 @@ struct Session {
 
   // ---- overlays: slot 0 is the main spectrum ----
   std::array<Overlay_Slot, Overlay_Max + 1> Overlay;
+  // The difference spectrum: the slot taken away, its scale and its shift
+  // (ppm), and whether the difference is shown.
+  int16_t Diff_Slot = 0;
+  float Diff_Mag = 1.0f;
+  float Diff_Shift = 0;
+  int16_t Diff_On = 0;
+  // DEPT coefficients (the first five enter the sums) and the DEPT display.
+  float DEPT_CH2_45 = 1.0f, DEPT_CH3_90 = 1.414f, DEPT_CH3_135 = 1.0f, DEPT_CH_135 = 1.0f, DEPT_CH_MUL = 0;
+  float DEPT_CH3_45 = 1.0f, DEPT_CH_45 = 1.0f, DEPT_CH_90 = 1.0f, DEPT_CH2_135 = 1.0f;
+  int16_t DEPT_Mode = 0;
   float Overlay_Shift = 0;  // "MULTI SPEC SHIFT", -1 .. 1
   int16_t Overlay_Read_Mode = 0;  // 3: the slots are kept, a read skips stored overlays
 

@@ -65,5 +65,33 @@ TEST(EditingCli, PeaksIntegrateAndBaselineOnTheAspirinFid) {
   EXPECT_EQ(test::Run_Cli({"--home", home, "baseline", fid, "--auto", "-o", (dir / "b.xyz").string()}).exit_code, 2);
 }
 
+// diff: the FID minus itself read through a slot is zero but for its last
+// point (the slot's axis ends there); the same file shifted by half a ppm
+// is not; a file that cannot be read stops it before anything is written.
+TEST(EditingCli, DiffOfTheAspirinFidWithItself) {
+  test::Temp_Dir dir;
+  const std::string fid = test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string();
+  const std::string home = (dir / "home").string();
+  const auto largest = [&](const std::vector<std::string>& args) {
+    EXPECT_EQ(test::Run_Cli(args).exit_code, 0);
+    test::Quiet_Session back;
+    EXPECT_EQ(datafiles::Read_Native(back.s, (dir / "d.tv1").string()), 0);
+    // The file keeps the slot taken away: the scale of the comparison.
+    float most = 0, full = 0;
+    for (float y : back.s.Overlay[1].Slot_Y) full = std::max(full, std::fabs(y));
+    for (int32_t i = 1; i + 1 < back.s.Spec_Points; ++i)
+      most = std::max(most, std::fabs(back.s.Spec_Re(static_cast<std::size_t>(i))));
+    return full > 0 ? most / full : 1.0f;
+  };
+  EXPECT_LT(largest({"--home", home, "diff", fid, "--minus", fid, "-o", (dir / "d.tv1").string()}), 1e-4);
+  EXPECT_GT(largest({"--home", home, "diff", fid, "--minus", fid, "--shift", "0.5", "-o", (dir / "d.tv1").string()}),
+            0.5);
+  EXPECT_NE(test::Run_Cli({"--home", home, "diff", fid, "--minus", (dir / "none.dx").string(), "-o",
+                           (dir / "e.tv1").string()})
+                .exit_code,
+            0);
+  EXPECT_FALSE(fs::exists(dir / "e.tv1"));
+}
+
 }  // namespace
 }  // namespace tevo
