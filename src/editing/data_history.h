@@ -1,6 +1,9 @@
 // The data history of a data set: who measured it and when, who transformed
 // the FID, and one entry per native save. The readers fill the measurement,
 // the transform and the save record the rest, and m209 shows it as a table.
+// The fields are the session's (Measured_By, Measured_Name, Transformed_By,
+// Transformed_Date, Save_By and Save_Date, whose size is the save count); the
+// measurement date is the parameter DATIM.
 #pragma once
 
 #include <ctime>
