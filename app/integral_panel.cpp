@@ -56,8 +56,8 @@ Integral_Panel::Integral_Panel(Session& session, Plot_Widget* plot, QWidget* par
   trims->setSpacing(2);
   // 15 re-scales at once; the others arm the mouse, one at a time, and
   // select-and-move (9) is armed when none is.
-  const std::pair<int, const char*> tools[] = {{3, "追加"},     {7, "削除"},    {9, "選択"},
-                                               {10, "端移動"}, {13, "基準"}, {15, "再スケール"}};
+  const std::pair<int, const char*> tools[] = {{3, "追加"},   {5, "分割"}, {7, "削除"},  {9, "選択"},
+                                               {10, "端移動"}, {11, "拡大"}, {13, "基準"}, {15, "再スケール"}};
   for (const auto& [index, caption] : tools) {
     const QByteArray name = QStringLiteral("IntegralToolbar_%1").arg(index).toUtf8();
     QToolButton* b = Named_Tool(this, name.constData(), QString::fromUtf8(caption), index != 15);
@@ -147,7 +147,7 @@ Hold_Button* Integral_Panel::Trim(const char* name) const { return findChild<Hol
 
 void Integral_Panel::Arm(int index) {
   tool_ = index;
-  for (int k : {3, 7, 9, 10, 13}) buttons_[k]->setChecked(k == tool_);
+  for (int k : {3, 5, 7, 9, 10, 11, 13}) buttons_[k]->setChecked(k == tool_);
 }
 
 void Integral_Panel::Take_Reference() {
@@ -162,8 +162,10 @@ void Integral_Panel::Refresh() {
   // Outside the mode no tool stays armed, so the mode starts idle.
   if (session_.Mode.Edit_Mode != session::Mode_Integral) Arm(9);
   const bool full = session_.Integrals.size() >= static_cast<std::size_t>(Integ_Max);
+  // Adding and splitting each make one more region.
   buttons_[3]->setEnabled(!full);
-  if (full && tool_ == 3) Arm(9);
+  buttons_[5]->setEnabled(!full);
+  if (full && (tool_ == 3 || tool_ == 5)) Arm(9);
   ref_->setText(QString::fromStdString(Format_Number(session_.Integ_Ref, "####0.0###")));
   const auto cur = static_cast<std::size_t>(session_.Integ_Cur);
   const bool selected = session_.Integ_Cur >= 0 && cur < session_.Integrals.size();
@@ -183,6 +185,10 @@ void Integral_Panel::Mouse_Up(QPoint press, QPoint release) {
     case 3:
       edited = a != b && editing::Integ_Add(session_, std::max(a, b), std::min(a, b)) >= 0;
       break;
+    case 5:
+      // 積分の分割: the region under the click is cut there.
+      edited = region >= 0 && editing::Integ_Split(session_, region, a);
+      break;
     case 7:
       edited = region >= 0 && editing::Integ_Delete(session_, region);
       break;
@@ -192,6 +198,9 @@ void Integral_Panel::Mouse_Up(QPoint press, QPoint release) {
       edited = region >= 0 && (a == b || editing::Integ_Move(session_, region, b - a));
       break;
     case 10:
+    case 11:
+      // Moving a boundary and 積分の拡大: a drag that starts on a region
+      // takes its nearer end to the release point.
       edited = region >= 0 && editing::Integ_Widen(session_, region, b);
       break;
     case 13:

@@ -1,6 +1,6 @@
 // The tool panel of the integral mode (IntegralToolbar): the mouse tools
-// (add by drag, delete, select and move, move a boundary, set the
-// reference), re-scale, the eight press-and-hold trim buttons of B0 and B1,
+// (add by drag, split, delete, select and move, move a boundary, widen, set
+// the reference), re-scale, the eight press-and-hold trim buttons of B0 and B1,
 // the boxes "Ref", B0 and B1, 閉じる, 全削除 and 積分ﾘｽﾄ.
 #pragma once
 
@@ -45,7 +45,8 @@ class Integral_Panel : public QWidget {
   QToolButton* buttons_[16] = {};  // IntegralToolbar_3 .. 15 by index
   QLineEdit* ref_ = nullptr;  // IntegralText1
   QLineEdit* b_[2] = {};  // IntegralText2, IntegralText3
-  int tool_ = 9;  // the armed button: 3 add, 7 delete, 9 select and move, 10 boundary, 13 reference
+  // The armed button: 3 add, 5 split, 7 delete, 9 select and move, 10 boundary, 11 widen, 13 reference.
+  int tool_ = 9;
   List_Window* list_ = nullptr;
 };
 

@@ -2,6 +2,7 @@
 
 #include <QFontDatabase>
 #include <QHeaderView>
+#include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -26,6 +27,15 @@ List_Window::List_Window(const char* name, const QString& title, QWidget* parent
   connect(close, &QPushButton::clicked, this, &QDialog::close);
   layout->addWidget(close, 0, Qt::AlignRight);
   resize(520, 360);
+}
+
+void List_Window::Show_Heading(const QString& caption, const QString& text) {
+  if (heading_ == nullptr) {
+    heading_ = new QLabel(this);
+    heading_->setObjectName("ListHeading");
+    static_cast<QVBoxLayout*>(layout())->insertWidget(0, heading_);
+  }
+  heading_->setText(caption + QStringLiteral("  ") + text);
 }
 
 void List_Window::Show_Table(const editing::List_Table& table) {

@@ -7,6 +7,7 @@
 
 #include "editing/list_tables.h"
 
+class QLabel;
 class QTableWidget;
 
 namespace tevo::app {
@@ -16,10 +17,13 @@ class List_Window : public QDialog {
  public:
   List_Window(const char* name, const QString& title, QWidget* parent = nullptr);
   void Show_Table(const editing::List_Table& table);
+  // A caption and its text above the table (made on first use).
+  void Show_Heading(const QString& caption, const QString& text);
   QTableWidget* Table() const { return table_; }
 
  private:
   QTableWidget* table_ = nullptr;
+  QLabel* heading_ = nullptr;
 };
 
 }  // namespace tevo::app

@@ -24,6 +24,7 @@
 #include "baseline_panel.h"
 #include "basic_toolbar.h"
 #include "editing/baseline.h"
+#include "editing/data_history.h"
 #include "editing/integrals.h"
 #include "editing/peaks.h"
 #include "editing/undo.h"
@@ -36,6 +37,7 @@
 #include "fid_window.h"
 #include "grid_dialog.h"
 #include "instrument_dialogs.h"
+#include "list_window.h"
 #include "menu_tree.h"
 #include "operator_dialog.h"
 #include "parameter_dialog.h"
@@ -228,6 +230,7 @@ void Main_Window::Connect_Commands() {
   });
   connect(Action("m102"), &QAction::triggered, this, &Main_Window::On_Clear_Recent);
   connect(Action("m41"), &QAction::triggered, this, &Main_Window::On_Version);
+  connect(Action("m209"), &QAction::triggered, this, &Main_Window::On_History);
   connect(Action("m34"), &QAction::triggered, this, &Main_Window::On_Power_Spectrum);
   connect(Action("m21"), &QAction::triggered, this, &Main_Window::On_Reference_Mode);
   connect(Action("m31"), &QAction::triggered, this, &Main_Window::On_Range_Dialog);
@@ -362,6 +365,17 @@ void Main_Window::On_Clear_Recent() {
   if (Show_Message(session_, "履歴を削除しますか", Style_Yes_No + Icon_Question, "") != Msg_Yes) return;
   session_.settings.Recent_Files.clear();
   Refresh_State();
+}
+
+void Main_Window::On_History() {
+  // Form111: the history of the data set as the core words it, read-only.
+  auto* form = findChild<List_Window*>("Form111");
+  if (form == nullptr) form = new List_Window("Form111", QStringLiteral("データの履歴"), this);
+  form->Show_Heading(QStringLiteral("測定時ファイル名"),
+                     QString::fromStdString(editing::Measured_Name_Shown(session_)));
+  form->Show_Table(editing::Data_History_Table(session_));
+  form->show();
+  form->raise();
 }
 
 void Main_Window::On_Version() {

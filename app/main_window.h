@@ -91,6 +91,7 @@ class Main_Window : public QMainWindow {
   void On_Files_Dropped(const QStringList& paths);
   void On_Clear_Recent();
   void On_Version();
+  void On_History();
   void On_Power_Spectrum();
   void On_Reference_Mode();
   void On_Range_Dialog();

@@ -143,7 +143,8 @@ void Take_Acquisition_Label(Bruker_Read& r, const Bruker_Label& l, bool sizes) {
   const std::string& v = l.value;
   if (n == "ORIGIN") {
     if (Origin_Names_Vendor(v)) r.Origin_Ok = true;
-  } else if (n == "$PULPROG") p.EXMOD = v;
+  } else if (n == "OWNER") r.Owner = v;
+  else if (n == "$PULPROG") p.EXMOD = v;
   else if (n == "$PROBHD") r.Probe = v;
   else if (n == "$GRDPROG") r.Gradient_Program = v;
   else if (n == "$INSTRUM") p.Instrument_Name = v;
@@ -605,6 +606,7 @@ int Read_Bruker_Fid(Session& s, const std::string& path) {
     }
     s.Spec_Axis.assign(static_cast<std::size_t>(size), 0.0f);
     s.Param = p;
+    s.Measured_By = r.Owner;
     s.Observe_Frequency = r.Observe_Frequency;
     s.Spectrum_Frequency = r.Spectrum_Frequency;
     s.Acq_Mode = acq_mode;
@@ -704,6 +706,7 @@ int Read_Bruker_Spectrum(Session& s, const std::string& path) {
       s.Spec_Axis[static_cast<std::size_t>(i)] =
           static_cast<float>((i - static_cast<double>(p.SMTMS)) * p.RESOL / r.Spectrum_Frequency + p.SMEXR);
     s.Param = p;
+    s.Measured_By = r.Owner;
     s.Observe_Frequency = r.Observe_Frequency;
     s.Spectrum_Frequency = r.Spectrum_Frequency;
     s.Acq_Mode = 0;

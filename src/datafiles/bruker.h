@@ -44,6 +44,7 @@ struct Bruker_Read {
   std::string Nuc1, Nucleus;  // observe nucleus candidates, upper-cased
   std::vector<double> P, D, Cnst;  // the whole lists
   std::string Probe, Gradient_Program;
+  std::string Owner;  // ##OWNER: the operator who measured
   double Group_Delay = 0;  // ##$GRPDLY, or the DECIM/DSPFVS pair's delay, points
   double Decim = 0, Dspfvs = 0;
   int32_t Fid_Points = 0;

@@ -32,8 +32,13 @@ enum Entry : size_t {
   E_Page = 40, E_Peaks = 48, E_Integ = 56, E_Insets = 64, E_Ov_Spectra = 72,
   E_Deconv = 80, E_Lines = 88, E_Texts = 96, E_Pictures = 104, E_Structure = 112,
   E_Relax = 120, E_Array = 128, E_Ov_Integ = 136, E_Ov_Peaks = 144, E_Ov_Disp = 152,
-  E_Markers = 160, E_Names = 168, E_List = 176, E_Comment2 = 184,
+  E_Markers = 160, E_Names = 168, E_List = 176, E_Comment2 = 184, E_History = 192,
 };
+
+// The history section: the save count, who measured, transformed and when,
+// the name at measuring, then (by, date) per save.
+constexpr size_t History_Field = 32, History_Name = 256,
+                 History_Head = 4 + 3 * History_Field + History_Name, History_Entry = 2 * History_Field;
 
 constexpr size_t Page_Size = 800, Deconv_Min = 1028, Relax_Size = 100, List_Size = 304,
                  Marker_Size = 320, Picture_Head = 4096;
@@ -117,6 +122,8 @@ class Writer {
       return List_Size;
     });
     if (!s_.Array_Sources.empty()) Section(E_Names, [&](size_t at) { return Names(at); });
+    // The history's place in the file is this program's own choice: a free directory entry.
+    Section(E_History, [&](size_t at) { return History(at); });
     return std::move(w_.bytes);
   }
 
@@ -246,6 +253,22 @@ class Writer {
     return w_.Size() - at;
   }
 
+  size_t History(size_t at) {
+    const size_t n = std::min(s_.Save_By.size(), s_.Save_Date.size());
+    w_.I32(at, static_cast<int32_t>(n));
+    w_.Text_Field(at + 4, s_.Measured_By, History_Field);
+    w_.Text_Field(at + 4 + History_Field, s_.Transformed_By, History_Field);
+    w_.Text_Field(at + 4 + 2 * History_Field, s_.Transformed_Date, History_Field);
+    w_.Text_Field(at + 4 + 3 * History_Field, s_.Measured_Name, History_Name);
+    for (size_t k = 0; k < n; ++k) {
+      const size_t e = at + History_Head + History_Entry * k;
+      w_.Text_Field(e, s_.Save_By[k], History_Field);
+      w_.Text_Field(e + History_Field, s_.Save_Date[k], History_Field);
+    }
+    w_.Reach(at + History_Head + History_Entry * n);
+    return History_Head + History_Entry * n;
+  }
+
   size_t Names(size_t at) {
     const size_t n = s_.Array_Sources.size();
     const size_t first = at + 32, list = first + 64;
@@ -275,7 +298,7 @@ class Reader {
 
   int Run() {
     if (r_.Text(0, 16) != Banner) return native_io::Refuse(s_, "Dataが違います", "Dataエラー");
-    for (size_t e = 0; e <= E_Comment2; e += 8) dir_[e / 8] = Look_Up(e);
+    for (size_t e = 0; e <= E_History; e += 8) dir_[e / 8] = Look_Up(e);
 
     const Section_At par = dir_[E_Param / 8];
     if (!par.present) return native_io::Refuse(s_, "Dataが違います", "Dataエラー");
@@ -298,13 +321,14 @@ class Reader {
     Pictures();
     Array_Values();
     Names();
+    History();
     return r_.short_read ? -1 : 0;
   }
 
  private:
   Session& s_;
   Image_Reader r_;
-  Section_At dir_[24];
+  Section_At dir_[E_History / 8 + 1];
 
   // A pair with a zero offset or size is absent; one that leaves the file
   // is damage.
@@ -437,6 +461,24 @@ class Reader {
     const int32_t names = r_.I32(a.off);
     if (names > 0 && static_cast<size_t>(names) < a.off + a.size)
       s_.Array_Row_Names = r_.Text(static_cast<size_t>(names), a.off + a.size - static_cast<size_t>(names));
+  }
+
+  // Files written before the history had a place have none; a count the
+  // section cannot hold leaves it out too.
+  void History() {
+    const Section_At& a = At(E_History);
+    if (!a.present || a.size < History_Head) return;
+    const int32_t n = r_.I32(a.off);
+    if (n < 0 || static_cast<size_t>(n) > (a.size - History_Head) / History_Entry) return;
+    s_.Measured_By = r_.Text(a.off + 4, History_Field);
+    s_.Transformed_By = r_.Text(a.off + 4 + History_Field, History_Field);
+    s_.Transformed_Date = r_.Text(a.off + 4 + 2 * History_Field, History_Field);
+    s_.Measured_Name = r_.Text(a.off + 4 + 3 * History_Field, History_Name);
+    for (size_t k = 0; k < static_cast<size_t>(n); ++k) {
+      const size_t e = a.off + History_Head + History_Entry * k;
+      s_.Save_By.push_back(r_.Text(e, History_Field));
+      s_.Save_Date.push_back(r_.Text(e + History_Field, History_Field));
+    }
   }
 
   void Names() {

@@ -11,6 +11,7 @@
 #include "datafiles/jcamp.h"
 #include "datafiles/list_files.h"
 #include "display/view_commands.h"
+#include "editing/data_history.h"
 #include "platform/ui.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
@@ -185,6 +186,8 @@ int Read_Routed(Session& s, const Recognition& r, const Open_Route& route) {
   }
   s.Open_Name = path;
   s.Param.Data_File = path;
+  // A file that carries no history of its own was measured under this name.
+  if (s.Measured_Name.empty()) s.Measured_Name = path;
   return 0;
 }
 
@@ -480,7 +483,12 @@ int Save_As(Session& s, const std::string& given, const std::function<int(Sessio
 }  // namespace
 
 int m10_Click(Session& s, const std::string& path, Write_Fn writer) {
-  return Save_As(s, path, writer, Main_Save);
+  // The save is in the history of the file it writes; a save that did not
+  // happen leaves no entry.
+  editing::Record_Save(s);
+  const int status = Save_As(s, path, writer, Main_Save);
+  if (status != 0) editing::Record_Save_Failed(s);
+  return status;
 }
 
 int m13_Click(Session& s, const std::string& path, Write_Fn writer) {

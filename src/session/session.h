@@ -104,7 +104,12 @@ struct Session {
   int32_t LP_Back_Points = 4;  // b, leading points rebuilt backward, 1 <= b < 31
   int16_t LP_Stability = 1;  // nonzero: backward coefficients are stabilised too
   int16_t Acq_Mode = 0;  // 0 none, 1 single-converter correction wanted, 2 odd points negated
-  std::string Processed_At;  // local date and time of the last transform commit
+
+  // ---- data history: goes with the data set (the measurement date is Param.DATIM) ----
+  std::string Measured_By;  // operator the file names; shown "Unknown" when empty
+  std::string Measured_Name;  // the data file's name when it was first read
+  std::string Transformed_By, Transformed_Date;  // who transformed the FID, and when
+  std::vector<std::string> Save_By, Save_Date;  // one entry per native save, oldest first
 
   // ---- data kind ----
   int16_t Show_Magnitude = 0;  // Disp_Y holds sqrt(re^2 + im^2)

@@ -4,10 +4,10 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <fstream>
 #include <string_view>
 
+#include "editing/data_history.h"
 #include "editing/reference.h"
 #include "platform/ui.h"
 #include "session/messages.h"
@@ -329,11 +329,9 @@ int Commit_Transform(Session& s, Ft_Form_State& st) {
   // 8. Remember the shift for the next data set of this spectrometer.
   Remember_Fid_Shift(s);
 
-  // 9. Time of processing; the fill factors are spent.
-  const std::time_t now = std::time(nullptr);
-  char stamp[32];
-  std::strftime(stamp, sizeof stamp, "%Y/%m/%d %H:%M:%S", std::localtime(&now));
-  s.Processed_At = stamp;
+  // 9. Who transformed the FID and when go into the data history; the fill
+  // factors are spent.
+  editing::Record_Transform(s);
   s.Zero_Fill_Factor = 1;
   s.LP_Fill_Factor = 1;
   s.ui->Wait_Cursor(false);

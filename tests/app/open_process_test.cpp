@@ -18,6 +18,7 @@
 #include <QPushButton>
 #include <QToolButton>
 #include <QTimer>
+#include <cmath>
 #include <filesystem>
 #include <memory>
 #include <sstream>
@@ -612,6 +613,22 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   EXPECT_EQ(s.Integrals.size(), 1u);
   undo->trigger();
   EXPECT_EQ(s.Integrals, regions);
+  // 積分の分割 at a click (5) and 積分の拡大 by a drag from an end (11),
+  // each undone. The two parts of a split sum to the whole.
+  integ->Button(5)->click();
+  QTest::mouseClick(plot, Qt::LeftButton, {}, At_Ppm(plot, 7.3, mid_y));
+  ASSERT_EQ(s.Integrals.size(), 3u);
+  EXPECT_NEAR(s.Integrals[1].Value + s.Integrals[2].Value, regions[1].Value, 1e-4 * std::fabs(regions[1].Value));
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(積分の分割)");
+  undo->trigger();
+  EXPECT_EQ(s.Integrals, regions);
+  integ->Button(11)->click();
+  Drag(plot, At_Ppm(plot, 2.22, mid_y), At_Ppm(plot, 2.1, mid_y));
+  EXPECT_LT(s.Integrals[0].Start_Point, regions[0].Start_Point);
+  EXPECT_EQ(s.Integrals[0].End_Point, regions[0].End_Point);
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(積分の拡大)");
+  undo->trigger();
+  EXPECT_EQ(s.Integrals, regions);
   button(integ, "IntegralCommand3")->click();
   EXPECT_EQ(integ->List()->Table()->rowCount(), 2);
   Save_Shot(integ->List(), "integral_list");
@@ -626,6 +643,18 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   EXPECT_EQ(s.Mode.Edit_Mode, 0);
   EXPECT_EQ(s.Integrals.size(), 2u);
   EXPECT_FALSE(undo->isEnabled());
+
+  // The history: measured by the acquisition's owner at its ##$DATE
+  // (1138699492 s after 1970 in UTC), transformed here, never saved.
+  window.Action("m209")->trigger();
+  auto* history = window.findChild<tevo::app::List_Window*>("Form111");
+  ASSERT_TRUE(history != nullptr && history->isVisible());
+  const auto cell = [&](int r, int c) { return history->Table()->item(r, c)->text().toStdString(); };
+  ASSERT_EQ(history->Table()->rowCount(), 2);
+  EXPECT_EQ(cell(0, 0) + "|" + cell(0, 1) + "|" + cell(0, 2), "Measured|root|2006-01-31  09:24:52");
+  EXPECT_EQ(cell(1, 0) + "|" + cell(1, 1), "FFT|" + s.User_Name);
+  Save_Shot(history, "data_history");
+  history->close();
   s.Data_Saved = 1;
   EXPECT_TRUE(window.Try_Exit());
 }

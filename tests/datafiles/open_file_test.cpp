@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "datafiles/decoders.h"
+#include "datafiles/native.h"
+#include "editing/data_history.h"
 #include "datafiles/open_file.h"
 #include "datafiles/open_routes.h"
 #include "datafiles/recognition.h"
@@ -328,6 +330,7 @@ TEST_F(Save, OldFileSurvivesAFailedWrite) {
   EXPECT_EQ(Read_Text(path), "OLD");
   EXPECT_FALSE(fs::exists(path + ".$"));
   EXPECT_EQ(s.Data_Saved, 0);
+  EXPECT_TRUE(s.Save_By.empty());  // a save that did not happen is not in the history
 
   EXPECT_EQ(m10_Click(s, path, Writer_Seeing_Old), 0);
   EXPECT_EQ(Read_Text(path), "NEW");
@@ -351,6 +354,65 @@ TEST_F(Save, OldFileSurvivesAFailedWrite) {
   ui.button_answers = {1};  // Yes: choose again
   EXPECT_EQ(m10_Click(s, {}, Plain_Writer), 0);
   EXPECT_TRUE(fs::exists(dir / "a.tv1"));
+}
+
+TEST_F(Save, HistoryGrowsWithEachSaveAndTravelsInTheFile) {
+  Fill_Spectrum(s, "data", 1.0f);
+  s.User_Name = "山田";
+  s.Param.DATIM = "2021/03/04 05:06:07";
+  s.Measured_By = "NMR_mess";
+  s.Measured_Name = "/data/orig/1/fid";
+  const auto path = (dir / "hist.tv1").string();
+  ASSERT_EQ(m10_Click(s, path), 0);
+  ASSERT_EQ(m10_Click(s, path), 0);
+  const editing::List_Table table = editing::Data_History_Table(s);
+  ASSERT_EQ(table.rows.size(), 3u);  // never transformed here: no "FFT" row
+  EXPECT_EQ(table.rows[0], (std::vector<std::string>{"Measured", "NMR_mess", "2021-03-04  05:06:07"}));
+  for (size_t k : {1u, 2u}) {
+    EXPECT_EQ(table.rows[k][0], "Saved ");
+    EXPECT_EQ(table.rows[k][1], "山田");
+    const std::string& d = table.rows[k][2];
+    ASSERT_EQ(d.size(), 20u) << d;
+    EXPECT_TRUE(d[4] == '-' && d[7] == '-' && d.substr(10, 2) == "  " && d[14] == ':' && d[17] == ':') << d;
+  }
+
+  // Opening the file gives its history back, and replaces the one in memory.
+  auto reopen = [&](const std::vector<uint8_t>& bytes) {
+    Write_Bytes(dir / "copy.tv1", bytes);
+    Session t;
+    t.ui = &ui;
+    t.App_Path = s.App_Path;
+    t.Log_Mode = -1;
+    t.Save_By = {"left over"};
+    t.Save_Date = {"2000-01-01  00:00:00"};
+    EXPECT_EQ(NM1D_m11_Click(t, {(dir / "copy.tv1").string(), {}}), 0);
+    return t;
+  };
+  std::vector<uint8_t> bytes = test::Read_Bytes(path);
+  const Session back = reopen(bytes);
+  EXPECT_EQ(editing::Data_History_Table(back).rows, table.rows);
+  EXPECT_EQ(back.Measured_Name, "/data/orig/1/fid");
+
+  // A file written before the history had a place (directory entry 192
+  // empty) has none and was measured under its own name; so does one whose
+  // section is too short for the count it states.
+  const size_t entry = 32 + 192;
+  const int32_t off = Decode_LE_Int32(bytes, entry);
+  ASSERT_GT(off, 0);
+  for (const auto& [field, value] : {std::pair{entry + 4, 0}, std::pair{static_cast<size_t>(off), 3},
+                                     std::pair{static_cast<size_t>(off), 1 << 30}, std::pair{static_cast<size_t>(off), -1}}) {
+    std::vector<uint8_t> changed = bytes;
+    Put_LE_Int32(changed, field, value);
+    const Session older = reopen(changed);
+    EXPECT_TRUE(older.Save_By.empty()) << value;
+    EXPECT_EQ(older.Measured_Name, (dir / "copy.tv1").string());
+    EXPECT_EQ(editing::Data_History_Table(older).rows[0][1], "Unknown");
+  }
+
+  // A measurement date at 1960-01-01, which stands for unknown, is shown empty.
+  Session unknown;
+  unknown.Param.DATIM = "1960/01/01 00:00:00";
+  EXPECT_EQ(editing::Measured_Date(unknown), "");
 }
 
 TEST_F(Save, RecentListMovesTopAndHoldsTwenty) {

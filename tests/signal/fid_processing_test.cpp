@@ -141,7 +141,8 @@ TEST(FidProcessing, CommitPhasesEveryRowAlikeScalesAndReferences) {
   EXPECT_NEAR(s.Spec_Axis[n / 2], 4.7, 1e-5);
   EXPECT_LT(s.Spec_Axis[0], s.Spec_Axis[n - 1]);
   EXPECT_EQ(s.Disp_Points, s.Spec_Points * (131072 / n));
-  EXPECT_FALSE(s.Processed_At.empty());
+  EXPECT_EQ(s.Transformed_By, s.User_Name);
+  EXPECT_EQ(s.Transformed_Date.size(), 20u);  // "yyyy-mm-dd  hh:nn:ss"
 }
 
 TEST(FidProcessing, ShiftAndCentreAreRememberedPerSpectrometer) {
