@@ -105,6 +105,8 @@ TEST(VendorAxis, ProcessedFidsMatchTheSpectrometersOwnSpectra) {
       {bruker + "unzipped/aspirin-1h/1/fid", bruker + "unzipped/aspirin-1h-processed/1/pdata/1/1r", 0.98},
       {bruker + "unzipped/cyclosporin_1h/cyclosporin_1h/1/fid",
        bruker + "unzipped/cyclosporin_1h/cyclosporin_1h/1/pdata/1/1r", 0.98},
+      {bruker + "unzipped/strychnine-1h/strychnine/10/fid",
+       bruker + "unzipped/strychnine-1h/strychnine/10/pdata/1/1r", 0.98},
       {c9 + "20/fid", c9 + "20/pdata/1/1r", 0.98},
       {c9 + "21/fid", c9 + "21/pdata/1/1r", 0.98},
       {c9 + "22/fid", c9 + "22/pdata/1/1r", 0.98},
