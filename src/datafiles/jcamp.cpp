@@ -766,8 +766,15 @@ int RDJ(Session& s, const std::string& path, Jcamp_Read_Info* info) {
       s.Observe_Frequency = observe;
       s.Spectrum_Frequency = observe;
       // The spectrometer's own 0 ppm: SF when processing was referenced,
-      // else BF1.
+      // else BF1, else the shift reference (point p of the n-point spectrum,
+      // counted from the high-frequency end, the carrier at (n + 1) / 2,
+      // stands at the ppm given).
       s.Vendor_Zero_Frequency = st.sf > 0 ? st.sf : st.bf1;
+      if (!(s.Vendor_Zero_Frequency > 0) && st.have_shift_ref && st.shift_ref_point >= 1 &&
+          st.shift_ref_point <= n && observe > 0) {
+        const double offset_hz = ((n + 1) / 2.0 - st.shift_ref_point) / (n * dwell);
+        s.Vendor_Zero_Frequency = (observe + offset_hz * 1e-6) / (1 + st.shift_ref_ppm * 1e-6);
+      }
       s.Is_Spectrum = 0;
       s.Is_Fid = 1;
     }

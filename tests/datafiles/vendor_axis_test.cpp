@@ -164,6 +164,18 @@ TEST(VendorAxis, JcampFidsOfAnyMakerComeOutTheRightWayRound) {
     if (std::fabs(s.Spec_Axis[i] - s.Spec_Axis[methyl]) > 4 && (aromatic < 0 || s.Spec_Re(i) > s.Spec_Re(aromatic)))
       aromatic = i;
   EXPECT_NEAR(s.Spec_Axis[aromatic] - s.Spec_Axis[methyl], 6.2, 0.2);
+
+  // Its shift reference puts 0 ppm at the carrier; one that names 1.5 ppm
+  // there moves every line up by 1.5 ppm.
+  test::Temp_Dir dir;
+  std::string text = test::Read_Text(Data("jcamp-data-test@0.2.1/data/qmagnetics/ibuprofen_j_ave_qmagnetics.jdx"));
+  const auto at = text.find(",20000.5  ,0");
+  ASSERT_NE(at, std::string::npos);
+  text.replace(at, 12, ",20000.5  ,1.5");
+  test::Write_Text(dir / "moved.jdx", text);
+  Quiet_Session moved;
+  Open_Processed(moved, (dir / "moved.jdx").string());
+  EXPECT_NEAR(Value_At(moved.s, s.Spec_Axis[methyl] + 1.5), s.Spec_Re(methyl), 0.02 * s.Spec_Re(methyl));
 }
 
 }  // namespace
