@@ -1,0 +1,94 @@
+#include "relaxation/relaxation_fit.h"
+
+#include <cmath>
+#include <cstddef>
+
+#include "session/number_text.h"
+
+namespace tevo::relaxation {
+
+namespace {
+std::size_t Z(int32_t i) { return static_cast<std::size_t>(i); }
+}  // namespace
+
+Relax_Start Relax_Start_Values(std::span<const float> t, std::span<const float> y, float previous_k) {
+  Relax_Start s;
+  const auto n = static_cast<int32_t>(y.size());
+  const float b = y[Z(n - 1)];
+  s.value[Relax_B] = b;
+  s.value[Relax_A0] = y[0] - b;
+  // The first and the last pair are left out: the first is often distorted
+  // by the pulse, the last lies in the noise about B.
+  double sum = 0;
+  int32_t count = 0;
+  for (int32_t j = 1; j <= n - 3; ++j) {
+    const double dy = y[Z(j)] - y[Z(j + 1)];
+    const double m = (y[Z(j)] + y[Z(j + 1)]) * 0.5 - b;
+    const double dt = t[Z(j + 1)] - t[Z(j)];
+    if (dt != 0 && m != 0) {
+      sum += dy / dt / m;
+      ++count;
+    }
+  }
+  s.value[Relax_K] = count > 0 ? static_cast<float>(sum / count) : previous_k;
+  for (int32_t p : {Relax_B, Relax_A0, Relax_K}) {
+    s.step[Z(p)] = std::fabs(s.value[Z(p)]) * 0.1f;
+    s.tol[Z(p)] = std::fabs(s.value[Z(p)]) * 0.0001f;
+  }
+  return s;
+}
+
+double Relax_Model(std::span<const float> trial, double t) {
+  return trial[Relax_A0] * std::exp(-static_cast<double>(trial[Relax_K]) * t) + trial[Relax_B];
+}
+
+float Relax_Criterion(std::span<const float> trial, std::span<const float> t, std::span<const float> y) {
+  float acc = 0;
+  for (std::size_t j = 0; j < y.size(); ++j) {
+    const double d = Relax_Model(trial, t[j]) - y[j];
+    acc = static_cast<float>(acc + d * d);
+  }
+  return acc;
+}
+
+void Calc_Curve(Relax_Fit& fit) {
+  fit.Fit_Curve_T.assign(Z(Curve_Steps + 1), 0.0f);
+  fit.Fit_Curve_Y.assign(Z(Curve_Steps + 1), 0.0f);
+  if (fit.Last_Point < fit.First_Point || fit.State.Trial.size() < Relax_Param_Count) return;
+  const double t0 = fit.Data_T[Z(fit.First_Point)], t1 = fit.Data_T[Z(fit.Last_Point)];
+  for (int32_t i = 0; i <= Curve_Steps; ++i) {
+    const double t = t0 + (t1 - t0) * i / Curve_Steps;
+    fit.Fit_Curve_T[Z(i)] = static_cast<float>(t);
+    fit.Fit_Curve_Y[Z(i)] = static_cast<float>(Relax_Model(fit.State.Trial, t));
+  }
+}
+
+void Run_Relax_Fit(Relax_Fit& fit, const std::function<bool(const Simplex_State&)>& go_on) {
+  fit.Outcome = Simplex_Step::Go_On;
+  const int32_t n = fit.Last_Point - fit.First_Point + 1;
+  if (n < 2) {
+    fit.State.Trial.assign(fit.Start_Value.begin(), fit.Start_Value.end());
+    Calc_Curve(fit);
+    return;
+  }
+  const std::span<const float> t(fit.Data_T.data() + fit.First_Point, Z(n));
+  const std::span<const float> y(fit.Data_Y.data() + fit.First_Point, Z(n));
+  const Criterion_Fn criterion = [&](std::span<const float> trial) { return Relax_Criterion(trial, t, y); };
+  fit.Outcome = Simplex_Begin(fit.State, fit.Start_Value, fit.Step_Value, fit.Tol_Value, fit.Fix_Flag,
+                              Root_Half::Float, criterion);
+  if (fit.Outcome != Simplex_Step::Arithmetic_Error) fit.Outcome = Simplex_Run(fit.State, criterion, go_on);
+  Calc_Curve(fit);
+  fit.Final_Criterion = fit.State.Vertex_Error[Z(fit.State.Low)];
+}
+
+bool Relax_Repaint_Due(int32_t iteration) { return static_cast<int16_t>(iteration) % 100 == 0; }
+
+std::string Criterion_Text(float criterion) { return "Criterion=" + Format_Number(criterion, "#.#####E+##"); }
+
+std::string Relax_T_Text(float k) { return k == 0 ? "***" : Format_Number(1.0 / k, "####0.0##"); }
+
+std::string Fit_Error_Text(int32_t iteration) {
+  return "繰り返し" + std::to_string(static_cast<int16_t>(iteration)) + "でエラ－";
+}
+
+}  // namespace tevo::relaxation
