@@ -65,6 +65,7 @@ struct Session {
   int16_t Delay_Linear = 0;  // 0 a value list, 1 start and step
   float Delay_Start = 0, Delay_Step = 0;
   std::string Delay_Unit;
+  std::string Delay_Label;  // the delay in lists: "t(" name ")"
   std::string Delay_Axis_Label;  // relaxation axis label with markup: \i(t)\-((name)) / s
   std::string Array_Row_Names;  // row-name text stored with the values
   std::vector<Source_Pair> Array_Sources;  // files an array was built from, current first
