@@ -4,6 +4,8 @@
 #include "datafiles/bruker.h"
 
 #include <algorithm>
+#include <cctype>
+#include <cstdlib>
 #include <cmath>
 #include <cstdio>
 #include <ctime>
@@ -16,6 +18,7 @@
 #include "datafiles/parameter_forms.h"
 #include "datafiles/vendor_text.h"
 #include "platform/ui.h"
+#include "relaxation/array_data.h"
 #include "session/messages.h"
 #include "session/session.h"
 #include "session/text_encoding.h"
@@ -530,13 +533,147 @@ bool Ask_Single_Converter(Session& s, int16_t& acq_mode) {
 
 }  // namespace
 
-int Read_Bruker_Fid(Session& s, const std::string& path) {
+// ---- relaxation series in a "ser" ----
+
+namespace {
+
+// The pulse program's text without its comments (";" to the end of a line).
+std::string Pulse_Program_Text(const fs::path& folder) {
+  const auto file = Find_File(folder, "pulseprogram");
+  const auto text = file ? Read_Whole_File(file->string()) : std::nullopt;
+  if (!text) return {};
+  std::string out;
+  for (const std::string& line : Split_Lines(*text)) out += line.substr(0, line.find(';')) + "\n";
+  return out;
+}
+
+bool Has_Word(const std::string& text, const std::string& word) {
+  for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) {
+    const auto is_name = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; };
+    const bool before = at == 0 || !is_name(text[at - 1]);
+    const bool after = at + word.size() >= text.size() || !is_name(text[at + word.size()]);
+    if (before && after) return true;
+  }
+  return false;
+}
+
+// A list line in seconds: "10s", "5m" (ms), "90u" (us), or a bare number in
+// the list's own unit.
+std::optional<double> List_Seconds(const std::string& line, double bare_unit, double& raw) {
+  const std::string t = Trim(line);
+  if (t.empty()) return std::nullopt;
+  char* end = nullptr;
+  raw = std::strtod(t.c_str(), &end);
+  if (end == t.c_str()) return std::nullopt;
+  const std::string unit = Trim(end);
+  if (unit.empty()) return raw * bare_unit;
+  if (unit == "s") return raw;
+  if (unit == "m" || unit == "ms") return raw * 1e-3;
+  if (unit == "u" || unit == "us") return raw * 1e-6;
+  return std::nullopt;
+}
+
+// The name the acquisition gives the list (##$VDLIST= <menthol_T1>), else
+// the file's own name.
+std::string List_Name(const fs::path& folder, const std::string& label, const std::string& file) {
+  if (const auto acqus = Find_File(folder, "acqus"))
+    if (const auto labels = Load_Labels(acqus->string(), nullptr))
+      for (const Bruker_Label& l : *labels)
+        if (l.name == label) {
+          std::string v = Trim(l.value);
+          if (v.size() >= 2 && v.front() == '<' && v.back() == '>') v = v.substr(1, v.size() - 2);
+          if (!v.empty()) return v;
+        }
+  return file;
+}
+
+}  // namespace
+
+std::optional<Bruker_Series> Find_Series_List(const fs::path& folder) {
+  const std::string program = Pulse_Program_Text(folder);
+  // The list that the pulse program steps on from one row to the next.
+  struct Kind {
+    const char* step;
+    const char* file;
+    const char* label;
+    double bare_unit;  // s per unit of a number written without one
+  };
+  for (const Kind& k : {Kind{"ivd", "vdlist", "$VDLIST", 1.0}, Kind{"ivp", "vplist", "$VPLIST", 1e-6}}) {
+    if (!Has_Word(program, k.step)) continue;
+    const auto file = Find_File(folder, k.file);
+    const auto text = file ? Read_Whole_File(file->string()) : std::nullopt;
+    if (!text) continue;
+    Bruker_Series list;
+    for (const std::string& line : Split_Lines(*text)) {
+      double raw = 0;
+      if (const auto sec = List_Seconds(line, k.bare_unit, raw)) {
+        list.seconds.push_back(*sec);
+        list.raw.push_back(raw);
+      }
+    }
+    if (list.seconds.empty()) continue;
+    list.name = List_Name(folder, k.label, k.file);
+    return list;
+  }
+  return std::nullopt;
+}
+
+int32_t Series_Rows(const fs::path& folder) {
+  const auto acqu2s = Find_File(folder, "acqu2s");
+  const auto labels = acqu2s ? Load_Labels(acqu2s->string(), nullptr) : std::nullopt;
+  if (!labels) return 0;
+  for (const Bruker_Label& l : *labels)
+    if (l.name == "$TD") {
+      const double td = Val(l.value);
+      return td >= 1 && td <= 65536 ? static_cast<int32_t>(td) : 0;
+    }
+  return 0;
+}
+
+Kind_Check Check_Bruker_Series(const std::string& path) {
+  Kind_Check k = Check_Bruker_Fid_Folder(path);
+  if (k.status == 0) k.kind = Find_Series_List(Folder_Of(path)) ? "SERIES" : "2D";
+  return k;
+}
+
+namespace {
+
+// One FID row from `bytes` at `offset`: real and negated imaginary part
+// (the conjugate gives the spectrum its right sense with the program's
+// transform), less the DC offset, the means over the last 40 % of the points.
+void Decode_Fid_Row(const std::string& bytes, std::size_t offset, std::size_t length, int32_t n, int16_t word,
+                    int16_t order, std::vector<float>& re, std::vector<float>& im) {
+  const std::vector<double> v = Decode_Words(bytes.substr(offset, length), 2 * n, word, order);
+  re.assign(static_cast<std::size_t>(n), 0.0f);
+  im.assign(static_cast<std::size_t>(n), 0.0f);
+  for (int32_t k = 0; k < n; ++k) {
+    re[static_cast<std::size_t>(k)] = static_cast<float>(v[2 * static_cast<std::size_t>(k)]);
+    im[static_cast<std::size_t>(k)] = static_cast<float>(-v[2 * static_cast<std::size_t>(k) + 1]);
+  }
+  const auto tail = static_cast<int32_t>(n * 0.4);
+  if (tail > 0) {
+    double sr = 0, si = 0;
+    for (int32_t k = n - tail; k < n; ++k) {
+      sr += re[static_cast<std::size_t>(k)];
+      si += im[static_cast<std::size_t>(k)];
+    }
+    const double mr = sr / tail, mi = si / tail;
+    for (int32_t k = 0; k < n; ++k) {
+      re[static_cast<std::size_t>(k)] = static_cast<float>(re[static_cast<std::size_t>(k)] - mr);
+      im[static_cast<std::size_t>(k)] = static_cast<float>(im[static_cast<std::size_t>(k)] - mi);
+    }
+  }
+}
+
+// The FID of "fid" (one row) or the rows of a relaxation series "ser", each
+// row padded to whole 1024-byte blocks as the spectrometer writes them.
+int Read_Bruker_Rows(Session& s, const std::string& path, bool series) {
   try {
     s.ui->Wait_Cursor(true);
     const fs::path folder = Folder_Of(path);
     Bruker_Read r;
     // "x.fid" with its twin "x.aqs" holding the parameters, or a folder.
-    const auto twin = Twin_Of(path, ".aqs");
+    const auto twin = series ? std::nullopt : Twin_Of(path, ".aqs");
     const auto acqus = twin ? twin : Find_File(folder, "acqus");
     if (!acqus) {
       s.ui->Wait_Cursor(false);
@@ -549,36 +686,29 @@ int Read_Bruker_Fid(Session& s, const std::string& path) {
     if (st < 0) return Reader_Fail(s, 57, "RPBru/DRW");
     if (st > 0) return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
 
-    const auto fid = twin ? std::optional<fs::path>(path) : Find_File(folder, "fid");
+    std::optional<Bruker_Series> list;
+    int32_t rows = 1;
+    if (series) {
+      list = Find_Series_List(folder);
+      rows = list ? Series_Rows(folder) : 0;
+      if (rows < 1) return Reader_Refuse(s, "2D Data !");
+    }
+    const auto fid = twin ? std::optional<fs::path>(path) : Find_File(folder, series ? "ser" : "fid");
     if (!fid) return Reader_Fail(s, 53, "RPBru/DRW");
     int err = 0;
     auto bytes = Read_Whole_File(fid->string(), &err);
     if (!bytes) return Reader_Fail(s, err, "RPBru/DRW");
-    const int16_t word = Decide_Word_Format(s, bytes->size(), r.Td, r.Y_Has_Point, true);
+    const std::size_t row_bytes = series ? bytes->size() / static_cast<std::size_t>(rows) : bytes->size();
+    const int16_t word = Decide_Word_Format(s, row_bytes, r.Td, r.Y_Has_Point, true);
     const int32_t n = r.Fid_Points;
-    std::vector<double> v = Decode_Words(*bytes, 2 * n, word, r.Byte_Order);
-
-    // Real and negated imaginary part: the conjugate gives the spectrum its
-    // right sense with the program's transform.
-    std::vector<float> re(static_cast<std::size_t>(n)), im(static_cast<std::size_t>(n));
-    for (int32_t k = 0; k < n; ++k) {
-      re[static_cast<std::size_t>(k)] = static_cast<float>(v[2 * static_cast<std::size_t>(k)]);
-      im[static_cast<std::size_t>(k)] = static_cast<float>(-v[2 * static_cast<std::size_t>(k) + 1]);
-    }
-    // DC offset: the means over the last 40 % of the points.
-    const auto tail = static_cast<int32_t>(n * 0.4);
-    if (tail > 0) {
-      double sr = 0, si = 0;
-      for (int32_t k = n - tail; k < n; ++k) {
-        sr += re[static_cast<std::size_t>(k)];
-        si += im[static_cast<std::size_t>(k)];
-      }
-      const double mr = sr / tail, mi = si / tail;
-      for (int32_t k = 0; k < n; ++k) {
-        re[static_cast<std::size_t>(k)] = static_cast<float>(re[static_cast<std::size_t>(k)] - mr);
-        im[static_cast<std::size_t>(k)] = static_cast<float>(im[static_cast<std::size_t>(k)] - mi);
-      }
-    }
+    const std::size_t size_of_word = word == 3 ? 8 : 4;
+    const std::size_t stride = (2 * static_cast<std::size_t>(n) * size_of_word + 1023) / 1024 * 1024;
+    if (series && stride * static_cast<std::size_t>(rows) > bytes->size())
+      return Reader_Refuse(s, "Dataが大きすぎるか、ﾊﾟﾗﾒｰﾀｴﾗｰ");
+    std::vector<std::vector<float>> re(static_cast<std::size_t>(rows)), im(static_cast<std::size_t>(rows));
+    for (int32_t row = 0; row < rows; ++row)
+      Decode_Fid_Row(*bytes, static_cast<std::size_t>(row) * stride, stride, n, word, r.Byte_Order,
+                     re[static_cast<std::size_t>(row)], im[static_cast<std::size_t>(row)]);
 
     int16_t acq_mode = r.Acq_Mode;
     if (acq_mode == 1 && !Ask_Single_Converter(s, acq_mode)) {
@@ -594,16 +724,18 @@ int Read_Bruker_Fid(Session& s, const std::string& path) {
     p.Data_File = fid->string();
     p.Observe_Text = Observe_Text_Of(r.Observe_Frequency);
     const int32_t size = p.POINT;
-    s.Array_Rows = 1;
+    s.Array_Rows = rows;
     s.Array_Row = 0;
     Alloc_Point_Arrays(s, size);
     s.Spec_Points = size;
     s.Base_Point_Count = size;
     s.Fid_Points = n;
-    for (int32_t k = 0; k < n; ++k) {
-      s.Fid_Re(static_cast<std::size_t>(k)) = re[static_cast<std::size_t>(k)];
-      s.Fid_Im(static_cast<std::size_t>(k)) = im[static_cast<std::size_t>(k)];
-    }
+    for (int32_t row = 0; row < rows; ++row)
+      for (int32_t k = 0; k < n; ++k) {
+        const auto i = static_cast<std::size_t>(k), j = static_cast<std::size_t>(row);
+        s.Fid_Re(i, j) = re[j][i];
+        s.Fid_Im(i, j) = im[j][i];
+      }
     s.Spec_Axis.assign(static_cast<std::size_t>(size), 0.0f);
     s.Param = p;
     s.Measured_By = r.Owner;
@@ -615,6 +747,19 @@ int Read_Bruker_Fid(Session& s, const std::string& path) {
     s.Vendor_Zero_Frequency = twin ? (r.Bf1 > 0 ? r.Bf1 : 0.0) : Fid_Zero_Frequency(folder, r.Bf1);
     s.Is_Fid = 1;
     s.Is_Spectrum = 0;
+    if (list) {
+      // The list runs round when the series has more rows than entries.
+      s.Delay_List.clear();
+      s.Delay_Raw.clear();
+      for (int32_t row = 0; row < rows; ++row) {
+        const std::size_t k = static_cast<std::size_t>(row) % list->seconds.size();
+        s.Delay_List.push_back(static_cast<float>(list->seconds[k]));
+        s.Delay_Raw.push_back(static_cast<float>(list->raw[k]));
+      }
+      s.Delay_Name = list->name;
+      s.Delay_Linear = 0;
+      relaxation::Set_Delay_Labels(s);
+    }
     s.ui->Wait_Cursor(false);
     return 0;
   } catch (const std::out_of_range&) {
@@ -625,6 +770,12 @@ int Read_Bruker_Fid(Session& s, const std::string& path) {
     return Reader_Fail(s, 57, "RPBru/DRW");
   }
 }
+
+}  // namespace
+
+int Read_Bruker_Fid(Session& s, const std::string& path) { return Read_Bruker_Rows(s, path, false); }
+
+int Read_Bruker_Series(Session& s, const std::string& path) { return Read_Bruker_Rows(s, path, true); }
 
 int Read_Bruker_Spectrum(Session& s, const std::string& path) {
   try {

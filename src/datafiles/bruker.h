@@ -5,6 +5,8 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,6 +53,24 @@ struct Bruker_Read {
   int16_t Window_Code = 0;  // ##$WDW mapped to the program's window kinds
   int32_t Nc_Proc = 0;  // ##$NC_proc: the 1r integers are intensity / 2^NC_proc
 };
+
+// A "ser" whose rows step through a list of delays or pulse lengths (the
+// pulse program advances "ivd" over "vdlist" or "ivp" over "vplist") rather
+// than an indirect evolution time: the rows of a relaxation series. Values
+// in seconds and as written; the name the acquisition gives the list.
+struct Bruker_Series {
+  std::string name;
+  std::vector<double> seconds, raw;
+};
+std::optional<Bruker_Series> Find_Series_List(const std::filesystem::path& folder);
+// Rows of a "ser": ##$TD of acqu2s, 0 when missing.
+int32_t Series_Rows(const std::filesystem::path& folder);
+// The acquisition check of a "ser"; kind "SERIES" for a relaxation series,
+// "2D" for a true two-dimensional experiment.
+Kind_Check Check_Bruker_Series(const std::string& path);
+// Reads a relaxation series as array data: one row per FID, the list as
+// Delay_List.
+int Read_Bruker_Series(Session& s, const std::string& path);
 
 // Acquisition check of "acqus": the pulse program as kind; status 1 unless
 // "##ORIGIN" names the vendor. `acq_mode` receives the mapped ##$AQ_MOD.

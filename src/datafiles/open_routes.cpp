@@ -79,14 +79,14 @@ const Open_Route kRoutes[] = {
     {".LAM",                   false, false, Check_Lambda,       R::Has_2D,  Read_Lambda,         true,  "LAMBDA1", 0, "LAMBDA2", 2},
     {".NUT",                   false, false, RMNut,              R::First_V, RDNut,               true,  "NUTS1", 0, "NUTS2", 2},
     {".MSL",                   false, false, Check_Msl,          R::First_V, ReadDataMSL_2,       true,  "MSL1", 0, "MSL2", 2},
-    {".BRUF/SER",              false, false, Check_Bruker_Fid_Folder, R::Always, nullptr,       false, "BRU2F", 2, "BRU2F", 2},
+    {".BRUF/SER",              false, false, Check_Bruker_Series, R::Has_2D, Read_Bruker_Series, false, "BRUKER1", 0, "BRU2F", 2},
     {".BRUD/2RR",              false, false, Check_Bruker_Processed_Folder, R::Always, nullptr, false, "BRU2D", 6, "BRU2D", 6},
     {"FID|.BRUF|.VARF",        false, false, Check_Fid_Folder,   R::Varian_First_V, Read_Fid_Folder, false, "BRUKER1", 0, "VARIAN2", 2, Resolve_Fid_Folder},
     {".BRUA",                  false, false, Check_Bruker_Fid_Folder, R::None, Read_Bruker_Fid, false, "BRUKER1", 0, "BRUKER2", 2},
     {".BRUP|.BRUD|1R",         false, false, Check_Bruker_Processed_Folder, R::None, Read_Bruker_Spectrum, false, "BRUKER1R", 0, "BRUKER2RR", 2},
     {"DATA|PHASEFILE|.VARD|.CMX", false, false, Check_Data_Folder, R::Varian_First_V, Read_Data_Folder, false, "CMX1", 1, "VAR2D", 6, Resolve_Data_Folder},
     {".IMPORT",                false, false, Check_Mac,          R::First_V, Read_Mac_Fid,        false, "MAC", 0, "MAC", 2},
-    {"SER",                    false, false, Check_Bruker_Fid_Folder, R::Always, nullptr,       false, "BRUKER2", 2, "BRUKER2", 2},
+    {"SER",                    false, false, Check_Bruker_Series, R::Has_2D, Read_Bruker_Series, false, "BRUKER1", 0, "BRUKER2", 2},
     {"2RR",                    false, false, Check_Bruker_Processed_Folder, R::Always, nullptr, false, "BRUKER2RR", 2, "BRUKER2RR", 2},
 };
 

@@ -9,6 +9,7 @@
 #include <system_error>
 #include <vector>
 
+#include "datafiles/bruker.h"
 #include "datafiles/decoders.h"
 #include "datafiles/text_lines.h"
 #include "datafiles/user_extensions.h"
@@ -201,12 +202,13 @@ void Rules_Before_Sniff(Recognition& r) {
 }
 
 // A path naming an experiment folder stands for its data file: the raw
-// "fid", or the first processed spectrum "pdata/1/1r" when there is none.
-// Any other path is kept.
+// "fid", the "ser" of a relaxation series, or the first processed spectrum
+// "pdata/1/1r" when there is neither. Any other path is kept.
 std::string Experiment_Data_File(const std::string& path) {
   std::error_code ec;
   if (!fs::is_directory(path, ec)) return path;
   if (std::string fid = Find_In_Folder(path, "fid"); !fid.empty()) return fid;
+  if (std::string ser = Find_In_Folder(path, "ser"); !ser.empty() && Find_Series_List(path)) return ser;
   if (std::string r1 = Find_In_Folder((fs::path(path) / "pdata" / "1").string(), "1r"); !r1.empty()) return r1;
   return path;
 }
@@ -262,7 +264,8 @@ bool Class_Is(const std::string& file_class, const std::string& entry) {
 }
 
 bool Class_Accepted(const Recognition& r) {
-  static const char* bases[] = {"FID", "1R", "DATA", "PHASEFILE"};
+  // "SER": a relaxation series reads as array data, a true 2D set is refused.
+  static const char* bases[] = {"FID", "SER", "1R", "DATA", "PHASEFILE"};
   static const char* classes[] = {".ALS",  ".GXD",  ".GXP", ".ECP",  ".NUT",  ".JDX",  ".DX",   ".ALP",
                                   ".LAM",  ".MSL",  ".IMPORT", ".BRUD", ".BRUF", ".BRUA", ".BRUP", ".VARD",
                                   ".VARF", ".TV1",  ".CMX", ".FID",  ".HED",  ".CSV",  ".TVO1"};

@@ -88,6 +88,15 @@ std::vector<Intensity_Pair> Extract_Intensities(const Session& s, int32_t select
   return pairs;
 }
 
+int32_t Phase_Row(const Session& s) {
+  const bool decay = s.Delay_Name == "T2" || s.Delay_Name == "T2COM";
+  const int32_t rows = std::min<int32_t>(s.Array_Rows, static_cast<int32_t>(s.Delay_List.size()));
+  int32_t best = 0;
+  for (int32_t r = 1; r < rows; ++r)
+    if (decay ? s.Delay_List[Z(r)] < s.Delay_List[Z(best)] : s.Delay_List[Z(r)] > s.Delay_List[Z(best)]) best = r;
+  return best;
+}
+
 std::vector<double> Array_List_Values(const Session& s, int32_t first, int32_t last) {
   std::vector<double> sums;
   double big = 0.1;

@@ -38,6 +38,10 @@ std::vector<Intensity_Pair> Extract_Intensities(const Session& s, int32_t select
                                                 int32_t region_last, float least_largest, bool swap_equal,
                                                 float* largest = nullptr);
 
+// The row whose phase serves every row of a series: the longest delay (the
+// recovered row of a T1 series), the shortest for a "T2" or "T2COM" series.
+int32_t Phase_Row(const Session& s);
+
 // The printed array list: each row's sum of Spec_Re over first..last,
 // divided by the largest magnitude of these sums (at least 0.1).
 std::vector<double> Array_List_Values(const Session& s, int32_t first, int32_t last);

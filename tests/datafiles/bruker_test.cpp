@@ -14,7 +14,10 @@
 #include "session/session.h"
 #include "signal/fft.h"
 #include "datafiles/jcamp.h"
+#include "datafiles/open_file.h"
 #include "datafiles/quiet_session.h"
+#include "relaxation/array_data.h"
+#include "signal/fid_processing.h"
 #include "support/test_support.h"
 
 namespace tevo::datafiles {
@@ -420,6 +423,50 @@ TEST(Bruker, SingleConverterQuestionAndDamagedFilesKeepTheFormerData) {
 
 namespace tevo::datafiles {
 namespace {
+
+}  // namespace
+}  // namespace tevo::datafiles
+
+namespace tevo::datafiles {
+namespace {
+
+TEST(Bruker, RelaxationSeriesOpenAsArraysAndTrueTwoDimensionalSetsAreRefused) {
+  // Inversion recovery: the pulse program steps "ivd" over vdlist, ten rows.
+  Quiet_Session ir;
+  ASSERT_EQ(NM1D_m11_Click(ir.s, {Bruker("inversionRecovery2D/inversionRecovery2D/1"), {}}), 0);
+  EXPECT_EQ(ir.s.Array_Rows, 10);
+  EXPECT_EQ(ir.s.Delay_List, (std::vector<float>{10, 5, 4, 3, 2, 1, 0.5f, 0.25f, 0.1f, 0.01f}));
+  EXPECT_EQ(ir.s.Delay_Name, "menthol_T1");
+  EXPECT_EQ(ir.s.Delay_Label, "t(menthol_T1)");
+  // Row 9 starts from the inverted magnetisation: its first point has the
+  // sign opposite to row 0's, fully recovered after 10 s.
+  EXPECT_LT(ir.s.Fid_Re(70, 0) * ir.s.Fid_Re(70, 9), 0);
+  signal::Process_Report report;
+  ASSERT_EQ(signal::Process_Fid(ir.s, {}, report), 0);
+  const float shortest = ir.s.Spec_Re(1000, 9);
+  relaxation::Sort_Array_Rows(ir.s, 1);
+  EXPECT_EQ(ir.s.Delay_List.front(), 0.01f);
+  EXPECT_EQ(ir.s.Spec_Re(1000, 0), shortest);
+
+  // T1rho: "ivp" over vplist, 22 rows from a list of 21 that runs round.
+  Quiet_Session rho;
+  ASSERT_EQ(NM1D_m11_Click(rho.s, {Bruker("t1rho-1H/189/ser"), {}}), 0);
+  EXPECT_EQ(rho.s.Array_Rows, 22);
+  EXPECT_FLOAT_EQ(rho.s.Delay_List[0], 90e-6f);
+  EXPECT_FLOAT_EQ(rho.s.Delay_List[20], 0.4f);
+  EXPECT_FLOAT_EQ(rho.s.Delay_List[21], 90e-6f);
+  EXPECT_EQ(rho.s.Delay_Name, "vpt1rho");
+
+  // COSY, HSQC and HMBC evolve an indirect time: refused as before, the
+  // former data kept.
+  for (const char* two_d : {"cyclosporin_cosy/cyclosporin_cosy/1/ser", "cyclosporin_hsqc/cyclosporin_hsqc/3/ser",
+                            "cyclosporin_hmbc/cyclosporin_hmbc/2/ser", "cosy-nus/2/ser"}) {
+    SCOPED_TRACE(two_d);
+    EXPECT_NE(NM1D_m11_Click(rho.s, {Bruker(two_d), {}}), 0);
+    EXPECT_EQ(rho.Last_Message(), "2D Data !");
+    EXPECT_EQ(rho.s.Array_Rows, 22);
+  }
+}
 
 }  // namespace
 }  // namespace tevo::datafiles
