@@ -38,10 +38,12 @@ int Start_Session(Context& ctx);
 void End_Session(Context& ctx);
 
 // Starts the session, reads PATH through the open command and processes a
-// FID by `req` (the processing window's defaults when empty). Returns an
-// exit code; `processed` says whether a FID was transformed.
+// FID by `req` (the processing window's defaults when empty), which `settle`
+// may change from what was read. Returns an exit code; `processed` says
+// whether a FID was transformed.
+using Settle_Fn = std::function<void(const Session&, signal::Process_Request&)>;
 int Open_Data(Context& ctx, const std::string& path, const signal::Process_Request& req = {},
-              signal::Process_Report* report = nullptr, bool* processed = nullptr);
+              signal::Process_Report* report = nullptr, bool* processed = nullptr, const Settle_Fn& settle = {});
 
 // The output kinds of `process` by extension (.tv1 .als .dx .jdx .txt .dat
 // .asc): whether OUT names one, and writing the session as it (a core status).
@@ -67,5 +69,6 @@ void Register_Peaks(CLI::App& app, Context& ctx);
 void Register_Integrate(CLI::App& app, Context& ctx);
 void Register_Baseline(CLI::App& app, Context& ctx);
 void Register_Diff(CLI::App& app, Context& ctx);
+void Register_Relax(CLI::App& app, Context& ctx);
 
 }  // namespace tevo::cli

@@ -152,7 +152,7 @@ int Open_Spectrum(Context& ctx, const std::string& path, const char* command) {
 }
 
 int Open_Data(Context& ctx, const std::string& path, const signal::Process_Request& req, signal::Process_Report* report,
-              bool* processed) {
+              bool* processed, const Settle_Fn& settle) {
   if (int st = Start_Session(ctx); st != 0) return Exit_From_Status(st);
   Session& s = ctx.session;
   const int read = datafiles::NM1D_m11_Click(s, {path, {}});
@@ -161,7 +161,9 @@ int Open_Data(Context& ctx, const std::string& path, const signal::Process_Reque
   if (processed) *processed = fid;
   if (!fid) return Exit_Good;
   signal::Process_Report local;
-  const int done = signal::Process_Fid(s, req, report ? *report : local);
+  signal::Process_Request settled = req;
+  if (settle) settle(s, settled);
+  const int done = signal::Process_Fid(s, settled, report ? *report : local);
   if (done == 2) {
     std::cerr << "process: --lb must be above 0 and --trap ascending\n";
     return Exit_Usage;
