@@ -23,6 +23,8 @@
 
 #include "baseline_panel.h"
 #include "basic_toolbar.h"
+#include "dept_dialog.h"
+#include "difference_dialog.h"
 #include "editing/baseline.h"
 #include "editing/data_history.h"
 #include "editing/integrals.h"
@@ -62,6 +64,17 @@ int Save_Older(Session& s, const std::string& path) { return datafiles::m13_Clic
 int Save_Peak_List(Session& s, const std::string& path) { return datafiles::m172_Click(s, path); }
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
+
+// The difference and DEPT windows: modal, the plot repainted at each change.
+template <class Form>
+void Run_Derived_Form(Main_Window& w, Session& s) {
+  if (!session::Confirm_Mode_Exit(s)) return;
+  Form form(s, &w);
+  QObject::connect(&form, &Form::changed, &w, &Main_Window::Refresh_View);
+  w.Refresh_View();
+  form.exec();
+  w.Refresh_State();
+}
 
 // The view's thumb value (0 .. Scroll_Thumb_Max) on a bar running 0 .. maximum,
 // and back. A bar without room (maximum 0) sits at the start.
@@ -283,6 +296,8 @@ void Main_Window::Connect_Commands() {
     Refresh_Edits();
     Refresh_View();
   });
+  connect(Action("m271"), &QAction::triggered, this, [this] { Run_Derived_Form<Difference_Dialog>(*this, session_); });
+  connect(Action("m272"), &QAction::triggered, this, [this] { Run_Derived_Form<DEPT_Dialog>(*this, session_); });
   connect(Action("m22"), &QAction::triggered, this, [this] {
     if (signal::m22_Click(session_)) phase_->Refresh();
     Refresh_State();

@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "datafiles/native_io.h"
+#include "overlay/difference.h"
 #include "session/session.h"
 #include "session/startup.h"
 
@@ -501,6 +502,7 @@ class Reader {
 }  // namespace
 
 int Write_Native(Session& s, const std::string& path) {
+  overlay::Store_DEPT_Settings(s);  // the page block takes them from the settings
   std::vector<uint8_t> bytes;
   try {
     bytes = Writer(s, path).Build();

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <span>
 
+#include "overlay/difference.h"
 #include "session/messages.h"
 #include "session/session.h"
 #include "session/text_encoding.h"
@@ -855,6 +856,8 @@ std::vector<uint8_t> Read_Page_Block(const Image_Reader& r, size_t off, size_t s
     else
       s.settings.Set(f.key, static_cast<double>(r.I32(off + f.off)));
   }
+  // The DEPT display and its coefficients belong to the data.
+  if (which == Page_Block::Page) overlay::Take_DEPT_Settings(s);
   return block;
 }
 

@@ -12,6 +12,7 @@
 #include "display/view_commands.h"
 #include "editing/integral_sum.h"
 #include "editing/reference.h"
+#include "overlay/difference.h"
 #include "session/number_text.h"
 #include "session/session.h"
 
@@ -352,9 +353,10 @@ Paint_Result Picture1_Paint(Session& s, Surface& surf) {
     if (Setting_Int(s, "MULTI SPEC DISP", 1) == 1 && !array_view) {
       for (int k = 1; k <= 9; ++k) {
         const Overlay_Slot& o = s.Overlay[static_cast<std::size_t>(k)];
-        if (o.Slot_Show != 1 || o.Slot_Points < 1 || !(o.Slot_Y_Full > 0)) continue;
-        Draw_Overlay_Trace(s, surf, o.Slot_X, o.Slot_Y, o.Slot_Points, s.X_Left, s.X_Right,
-                           f.Frame_Left, f.Frame_Right, o.Slot_Y_Full, o.Slot_Y_Offset,
+        const overlay::Slot_Trace t = overlay::Drawn_Slot(s, k);
+        if (o.Slot_Show != 1 || t.points < 1 || !(t.full > 0)) continue;
+        Draw_Overlay_Trace(s, surf, t.x, t.y, t.points, s.X_Left, s.X_Right,
+                           f.Frame_Left, f.Frame_Right, t.full, o.Slot_Y_Offset,
                            f.Frame_Base, f.Frame_Top, f.Frame_Bottom,
                            Setting_Colour(s, "COLOR-" + std::to_string(k), 0x808080));
       }

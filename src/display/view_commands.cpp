@@ -48,7 +48,7 @@ double Axis_Last(const Session& s) {
   return s.Spec_Axis[static_cast<std::size_t>(s.Spec_Points - 1)];
 }
 
-double Default_Y_Mag(const Session& s) { return s.Dept_Mode ? 0.95 / 4 : 0.95; }
+double Default_Y_Mag(const Session& s) { return s.DEPT_Mode ? 0.95 / 4 : 0.95; }
 
 bool Whole_Width(const Session& s) {
   return s.X_Left == static_cast<float>(Axis_Last(s)) &&

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "session/session.h"
+#include "session/settings.h"
 
 namespace tevo::overlay {
 
@@ -87,8 +88,7 @@ void Calc_Difference_Spec(Session& s, int slot) {
 }
 
 void Calc_DEPT_Spec(Session& s) {
-  for (int k = 1; k <= 3; ++k)
-    if (s.Overlay[static_cast<std::size_t>(k)].Slot_Points < 1) return;
+  if (!DEPT_Slots_Filled(s)) return;
   const auto n = static_cast<std::size_t>(std::max(s.Spec_Points, 0));
   if (n == 0 || s.Spec_Re.Stride() < n || s.Spec_Axis.size() < n) return;
   const std::span<const float> m = s.Spec_Re.Row(static_cast<std::size_t>(s.Row()));
@@ -106,6 +106,70 @@ void Calc_DEPT_Spec(Session& s) {
   s.Overlay[1].Slot_Y_Im = std::move(ch);
   s.Overlay[2].Slot_Y_Im = std::move(ch3);
   s.Overlay[3].Slot_Y_Im = std::move(ch2);
+}
+
+bool Slot_Filled(const Session& s, int k) {
+  return k >= 1 && k <= Overlay_Max && s.Overlay[static_cast<std::size_t>(k)].Slot_Points > 0;
+}
+
+bool DEPT_Slots_Filled(const Session& s) { return Slot_Filled(s, 1) && Slot_Filled(s, 2) && Slot_Filled(s, 3); }
+
+void Show_Difference(Session& s) { Calc_Difference_Spec(s, s.Diff_On ? s.Diff_Slot : 0); }
+
+void Step_Difference(Session& s, double shift, double factor) {
+  s.Diff_Shift = static_cast<float>(s.Diff_Shift + shift);
+  s.Diff_Mag = static_cast<float>(s.Diff_Mag * factor);
+  Show_Difference(s);
+}
+
+float Step_DEPT_Coefficient(float value, int steps) {
+  const double v = std::clamp(value + 0.01 * steps, -9.9, 9.9);
+  return static_cast<float>(std::round(v * 1000) / 1000);
+}
+
+bool Set_DEPT_Mode(Session& s, bool on) {
+  if (on && !DEPT_Slots_Filled(s)) return false;
+  s.DEPT_Mode = on ? 1 : 0;
+  if (on) Calc_DEPT_Spec(s);
+  Store_DEPT_Settings(s);
+  return true;
+}
+
+namespace {
+
+// The coefficients under their settings keys.
+struct DEPT_Key {
+  const char* key;
+  float Session::*field;
+};
+constexpr DEPT_Key DEPT_Keys[] = {
+    {"DEPT CH2 45", &Session::DEPT_CH2_45}, {"DEPT CH2 135", &Session::DEPT_CH2_135},
+    {"DEPT CH3 45", &Session::DEPT_CH3_45}, {"DEPT CH3 90", &Session::DEPT_CH3_90},
+    {"DEPT CH3 135", &Session::DEPT_CH3_135}, {"DEPT CH MUL", &Session::DEPT_CH_MUL},
+    {"DEPT CH 135", &Session::DEPT_CH_135},   {"DEPT CH 45", &Session::DEPT_CH_45},
+    {"DEPT CH 90", &Session::DEPT_CH_90},
+};
+
+}  // namespace
+
+void Store_DEPT_Settings(Session& s) {
+  for (const DEPT_Key& k : DEPT_Keys) s.settings.Set(k.key, static_cast<double>(s.*k.field));
+  s.settings.Set("DEPT MODE", static_cast<double>(s.DEPT_Mode));
+}
+
+void Take_DEPT_Settings(Session& s) {
+  for (const DEPT_Key& k : DEPT_Keys) s.*k.field = static_cast<float>(s.settings.Real(k.key));
+  s.DEPT_Mode = static_cast<int16_t>(s.settings.Int("DEPT MODE"));
+  if (s.DEPT_Mode) Calc_DEPT_Spec(s);
+}
+
+Slot_Trace Drawn_Slot(const Session& s, int k) {
+  const Overlay_Slot& o = s.Overlay[static_cast<std::size_t>(k)];
+  const auto n = static_cast<std::size_t>(std::max(s.Spec_Points, 0));
+  if (s.DEPT_Mode && k >= 1 && k <= 3 && n > 0 && o.Slot_Y_Im.size() >= n && s.Spec_Axis.size() >= n)
+    return {s.Spec_Axis, o.Slot_Y_Im, s.Spec_Points, s.Y_Full_Scale};
+  if (o.Slot_Points < 1) return {};
+  return {o.Slot_X, o.Slot_Y, o.Slot_Points, o.Slot_Y_Full};
 }
 
 }  // namespace tevo::overlay

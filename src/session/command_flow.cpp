@@ -4,6 +4,7 @@
 #include <cctype>
 #include <set>
 
+#include "overlay/difference.h"
 #include "session/messages.h"
 #include "session/session.h"
 #include "session/text_encoding.h"
@@ -174,6 +175,11 @@ std::map<std::string, bool> Menu_Enabled(const Session& s) {
   m["m13"] = loaded && s.settings.Int("ALS SAVE OK") != 0;
   m["m102"] = !s.settings.Recent_Files.empty();
   m["m20"] = loaded && s.Undo_Stack[0].Kind > 0;  // a record to undo
+  // The difference needs a slot with data, the DEPT sums slots 1, 2 and 3.
+  bool slot = false;
+  for (int k = 1; k <= Overlay_Max; ++k) slot = slot || overlay::Slot_Filled(s, k);
+  m["m271"] = loaded && slot;
+  m["m272"] = loaded && overlay::DEPT_Slots_Filled(s);
   for (const Layer_Switch& l : Layer_Switches()) m[l.id] = true;
   for (auto& [id, enabled] : m) enabled = enabled && Command_Built(id);
   return m;
@@ -204,7 +210,7 @@ bool Command_Built(const std::string& id) {
       "NM1D_m11", "NM1D_m112", "m47", "m10", "m13", "m18", "m181", "m183", "m131", "m172", "m173", "RecentFile",
       "m102", "m19",
       // edit
-      "m20", "m21", "m22", "m23", "m24", "m25", "m209", "m291", "m292",
+      "m20", "m21", "m22", "m23", "m24", "m25", "m209", "m291", "m292", "m271", "m272",
       // view and settings
       "m31", "m30", "m35", "m38", "m34", "m44", "m43", "m41", "m36", "m37", "m361", "m368", "m362", "m365", "m366",
       "m363",

@@ -131,7 +131,6 @@ struct Session {
   float Y_Full_Scale = 0;  // Max_Abs / Y_Mag
   int16_t Axis_Unit = 0;  // x axis unit: 0 ppm, 1 Hz, 2 kHz ("AXIS MODE PPM")
   int16_t Mouse_Tool = 0;  // armed zoom tool: 0 none, 1 box, 2 horizontal, 3 vertical, 4 cursors
-  int16_t Dept_Mode = 0;  // data shown as DEPT (default Y_Mag is 0.95 / 4 then)
   int32_t Select_Start = -1, Select_End = -1;  // Spec_Re indices drawn in "SELECT SPECT COL"
   int16_t Keep_Base_Layer = 0;  // 1 during a drag: the paint redraws only the XOR layer
   int32_t Cursor_X = -1, Cursor_Y = -1;  // live crosshair, pixels (-1: none)
@@ -205,7 +204,7 @@ struct Session {
   // DEPT coefficients (the first five enter the sums) and the DEPT display.
   float DEPT_CH2_45 = 1.0f, DEPT_CH3_90 = 1.414f, DEPT_CH3_135 = 1.0f, DEPT_CH_135 = 1.0f, DEPT_CH_MUL = 0;
   float DEPT_CH3_45 = 1.0f, DEPT_CH_45 = 1.0f, DEPT_CH_90 = 1.0f, DEPT_CH2_135 = 1.0f;
-  int16_t DEPT_Mode = 0;
+  int16_t DEPT_Mode = 0;  // data shown as DEPT ("DEPT MODE"); the default Y_Mag is 0.95 / 4 then
   float Overlay_Shift = 0;  // "MULTI SPEC SHIFT", -1 .. 1
   int16_t Overlay_Read_Mode = 0;  // 3: the slots are kept, a read skips stored overlays
 

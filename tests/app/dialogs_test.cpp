@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
@@ -35,6 +36,7 @@
 #include "editing/reference.h"
 #include "fid_window.h"
 #include "grid_dialog.h"
+#include "hold_button.h"
 #include "instrument_dialogs.h"
 #include "lp_dialog.h"
 #include "main_window.h"
@@ -652,6 +654,115 @@ TEST(Wiring, MainWindowReferenceModeRangeGridAndInstrumentMenus) {
   w.Action("m44")->trigger();
   EXPECT_TRUE(*shown);
   EXPECT_EQ(s.Mode.Edit_Mode, tevo::session::Mode_Basic);
+  w.hide();
+}
+
+// A line of height 4 and half-width 20 points (about 0.39 ppm) at `ppm`.
+double Broad_Line(double x, double ppm) {
+  const double w = 20 * kSw / kN / kObs;
+  return 4.0 / (1.0 + (x - ppm) * (x - ppm) / (w * w));
+}
+
+TEST(Wiring, DifferenceAndDeptWindowsRecomputeAtEachStepAndCancelRestores) {
+  App();
+  tevo::Session s;
+  tevo::app::Main_Window w(s);
+  tevo::platform::Scripted_Ui ui;
+  Make_Spectrum(s, ui, 700);
+  tevo::Update_Scale_Values(s);
+  s.Y_Offset = 0.45f;  // room for the negative line of the difference
+  w.Refresh_State();
+  EXPECT_FALSE(w.Action("m271")->isEnabled());  // no slot holds data
+  // Slots 1 .. 3: broad lines on the main axis, only slot 1 drawn.
+  for (int k = 1; k <= 3; ++k) {
+    tevo::Overlay_Slot& o = s.Overlay[static_cast<std::size_t>(k)];
+    o.Slot_Points = kN;
+    o.Slot_X = s.Spec_Axis;
+    for (int i = 0; i < kN; ++i) o.Slot_Y.push_back(static_cast<float>(Broad_Line(s.Spec_Axis[i], s.Spec_Axis[560 + 20 * k])));
+    o.Slot_Show = k == 1;
+    o.Slot_Max_Abs = 4;
+    o.Slot_Y_Full = s.Y_Full_Scale;
+  }
+  w.Refresh_State();
+  ASSERT_TRUE(w.Action("m271")->isEnabled());
+  ASSERT_TRUE(w.Action("m272")->isEnabled());
+  w.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+  const double centre = s.Spec_Axis[580];
+  // The difference read at point i: the main spectrum less the slot's line
+  // moved up by the shift and scaled.
+  const auto expect_difference = [&](double shift, double mag) {
+    for (int i : {540, 575, 580, 600, 700})
+      EXPECT_NEAR(s.Spec_Re(i), s.Ft_Re(i) - mag * Broad_Line(s.Spec_Axis[i] - shift, centre), 4e-3) << i;
+  };
+
+  // Choosing slot 1 ("2") shows the difference; a click on a step button
+  // moves the shift by 0.01 ppm, one on MagUP scales by 1.1, and 完了 keeps.
+  auto shown = When_Shown("NMR1D_Form61", [&](QWidget& d) {
+    auto* combo = Child<QComboBox>(d, "Combo1");
+    ASSERT_EQ(combo->count(), 4);
+    EXPECT_EQ(combo->currentText(), "なし");
+    combo->setCurrentIndex(0);
+    EXPECT_TRUE(Child<QCheckBox>(d, "Check1")->isChecked());
+    expect_difference(0, 1);
+    QTest::mouseClick(Child<tevo::app::Hold_Button>(d, "ShiftLeft"), Qt::LeftButton);
+    QTest::mouseClick(Child<tevo::app::Hold_Button>(d, "MagUP"), Qt::LeftButton);
+    EXPECT_FLOAT_EQ(s.Diff_Shift, 0.01f);
+    EXPECT_FLOAT_EQ(s.Diff_Mag, 1.1f);
+    EXPECT_EQ(Text(d, "Text1"), "0.0100");
+    expect_difference(0.01, 1.1);
+    w.repaint();
+    QDir().mkpath(QCoreApplication::applicationDirPath() + "/screenshots");
+    w.grab().save(QCoreApplication::applicationDirPath() + "/screenshots/Difference_Spectrum.png");
+    Press(d, "Command1");
+  });
+  s.Data_Saved = 1;
+  w.Action("m271")->trigger();
+  ASSERT_TRUE(*shown);
+  EXPECT_EQ(s.Data_Saved, 0);
+  expect_difference(0.01, 1.1);
+
+  // Opened again it shows the difference; キャンセル answered No stays,
+  // answered Yes brings back the values it was opened with.
+  shown = When_Shown("NMR1D_Form61", [&](QWidget& d) {
+    EXPECT_EQ(Text(d, "Text2"), "1.1000");
+    QTest::mouseClick(Child<tevo::app::Hold_Button>(d, "ShiftRightFine"), Qt::LeftButton);
+    Child<QCheckBox>(d, "Check1")->click();
+    EXPECT_FLOAT_EQ(s.Diff_Shift, 0.0099f);
+    EXPECT_EQ(s.Spec_Re(580), s.Ft_Re(580));  // shown off
+    ui.button_answers = {2, 1};
+    Press(d, "Command2");
+    EXPECT_TRUE(d.isVisible());
+    Press(d, "Command2");
+    EXPECT_EQ(ui.shown.back().text.rfind("差スペクトルの変更を元に", 0), 0u);
+  });
+  w.Action("m271")->trigger();
+  ASSERT_TRUE(*shown);
+  EXPECT_FLOAT_EQ(s.Diff_Shift, 0.01f);
+  expect_difference(0.01, 1.1);
+
+  // DEPT: a step of CH2_DEPT45_UP gives the CH2 sum (1.01·M − S3) / 2 at
+  // once; キャンセル returns to 1.0 and to the plain display.
+  s.Overlay[2].Slot_Show = s.Overlay[3].Slot_Show = 1;
+  s.Overlay[2].Slot_Y_Offset = 0.2f;
+  s.Overlay[3].Slot_Y_Offset = 0.75f;
+  shown = When_Shown("NMR1D_Form62", [&](QWidget& d) {
+    EXPECT_EQ(s.DEPT_Mode, 1);
+    EXPECT_EQ(Text(d, "Text4"), "1.414");
+    QTest::mouseClick(Child<tevo::app::Hold_Button>(d, "CH2_DEPT45_UP"), Qt::LeftButton);
+    EXPECT_FLOAT_EQ(s.DEPT_CH2_45, 1.01f);
+    EXPECT_EQ(Text(d, "Text3"), "1.010");
+    for (int i : {560, 620, 700})
+      EXPECT_NEAR(s.Overlay[3].Slot_Y_Im[static_cast<std::size_t>(i)],
+                  (1.01 * s.Spec_Re(i) - s.Overlay[3].Slot_Y[static_cast<std::size_t>(i)]) / 2, 1e-5) << i;
+    w.repaint();
+    w.grab().save(QCoreApplication::applicationDirPath() + "/screenshots/DEPT_Display.png");
+    Press(d, "Command2");
+  });
+  w.Action("m272")->trigger();
+  ASSERT_TRUE(*shown);
+  EXPECT_FLOAT_EQ(s.DEPT_CH2_45, 1.0f);
+  EXPECT_EQ(s.DEPT_Mode, 0);
   w.hide();
 }
 

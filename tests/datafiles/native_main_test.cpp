@@ -87,6 +87,10 @@ TEST(NativeMain, RoundTripKeepsEveryListAndRewritesTheSameBytes) {
   s.Data_Saved = 0;
   const bool extend_known = session::Setting_Index("DISP EXTEND MODE") >= 0;
   if (extend_known) s.settings.Set("DISP EXTEND MODE", 1.0);
+  s.DEPT_Mode = 1;
+  s.DEPT_CH3_90 = 1.25f;
+  s.DEPT_CH_MUL = -0.5f;
+  s.DEPT_CH2_135 = 0.75f;
 
   const std::string first = (dir / "first.tv1").string();
   ASSERT_EQ(datafiles::Write_Native(s, first), 0);
@@ -103,6 +107,17 @@ TEST(NativeMain, RoundTripKeepsEveryListAndRewritesTheSameBytes) {
   if (extend_known) {
     EXPECT_EQ(back.settings.Int("DISP EXTEND MODE"), 1);
   }
+  // The DEPT display and coefficients come back from the page block, where
+  // the flag is the int16 at 360 and CH3 90 and the multiplier the floats at
+  // 368 and 376; a coefficient left alone keeps its default.
+  EXPECT_EQ(back.DEPT_Mode, 1);
+  EXPECT_EQ(back.DEPT_CH3_90, 1.25f);
+  EXPECT_EQ(back.DEPT_CH_MUL, -0.5f);
+  EXPECT_EQ(back.DEPT_CH2_135, 0.75f);
+  EXPECT_EQ(back.DEPT_CH2_45, 1.0f);
+  EXPECT_EQ(back.Native.Page[360], 1);
+  EXPECT_EQ(datafiles::Decode_LE_Float32(back.Native.Page, 368), 1.25f);
+  EXPECT_EQ(datafiles::Decode_LE_Float32(back.Native.Page, 376), -0.5f);
   // The transform copy gets the data too, and the axis is rebuilt from the
   // reference: point SMTMS sits at SMEXR, FREQU / SF ppm across POINT points.
   EXPECT_EQ(back.Ft_Re(500, 1), s.Spec_Re(500, 1));

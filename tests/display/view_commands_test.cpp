@@ -128,7 +128,7 @@ TEST(ViewCommands, ToolbarWholeViewAndAutomaticScale) {
   EXPECT_FALSE(Basic_Toolbar(s, 6));
   EXPECT_EQ(s.View_History.size(), depth);
   // DEPT data reset to a quarter.
-  s.Dept_Mode = 1;
+  s.DEPT_Mode = 1;
   Basic_Toolbar(s, 6);
   EXPECT_FLOAT_EQ(s.Y_Mag, 0.95f / 4);
   // Button 7 only when not whole; it leaves Y alone.

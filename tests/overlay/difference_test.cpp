@@ -127,13 +127,34 @@ TEST(Dept, SubSpectraHoldEachGroupAloneOnOneAxisAndOnDifferingAxes) {
       ASSERT_EQ(y.size(), static_cast<std::size_t>(kPoints));
       EXPECT_LT(Largest(s, [&](std::size_t i) { return y[i] - out.group(s.Spec_Axis[i]); }), tolerance) << out.slot;
     }
+    // The DEPT display draws the sub-spectra on the main axis, at the main
+    // scale, even where the slots' own axes differ.
+    s.Y_Full_Scale = 2.5f;
+    ASSERT_TRUE(overlay::Set_DEPT_Mode(s, true));
+    const overlay::Slot_Trace t = overlay::Drawn_Slot(s, 3);
+    EXPECT_EQ(t.x.data(), s.Spec_Axis.data());
+    EXPECT_EQ(t.y.data(), s.Overlay[3].Slot_Y_Im.data());
+    EXPECT_EQ(t.full, 2.5);
+    ASSERT_TRUE(overlay::Set_DEPT_Mode(s, false));
+    EXPECT_EQ(overlay::Drawn_Slot(s, 3).y.data(), s.Overlay[3].Slot_Y.data());
   }
-  // Without the three slots nothing is computed.
+  // Without the three slots nothing is computed, and the display stays off.
   Session s;
   Main(s, ch);
   Slot(s, 1, ch, 0);
   overlay::Calc_DEPT_Spec(s);
   EXPECT_TRUE(s.Overlay[1].Slot_Y_Im.empty());
+  EXPECT_FALSE(overlay::Set_DEPT_Mode(s, true));
+  EXPECT_EQ(s.DEPT_Mode, 0);
+
+  // Coefficient steps of 0.01 stop at 9.9 and come back without drift.
+  float c = 1.414f;
+  for (int k = 0; k < 50; ++k) c = overlay::Step_DEPT_Coefficient(c, 1);
+  for (int k = 0; k < 50; ++k) c = overlay::Step_DEPT_Coefficient(c, -1);
+  EXPECT_EQ(c, 1.414f);
+  for (int k = 0; k < 1000; ++k) c = overlay::Step_DEPT_Coefficient(c, 1);
+  EXPECT_EQ(c, 9.9f);
+  EXPECT_EQ(overlay::Step_DEPT_Coefficient(-9.895f, -1), -9.9f);
 }
 
 }  // namespace

@@ -118,7 +118,7 @@ TEST(SettingsFile, LineRulesClampsAndRepeatedKeys) {
     }
   EXPECT_EQ(set.Text("PEAK NUM FONT"), "Courier New");
   EXPECT_EQ(set.Int("MUL BG COLOR"), 255);
-  EXPECT_DOUBLE_EQ(set.Real("DEPT CH 45"), 0.0);
+  EXPECT_DOUBLE_EQ(set.Real("DEPT CH 45"), 1.0);  // its default
   EXPECT_EQ(set.Int("COL BACKGROUND"), 0xFFFFFF);
   EXPECT_EQ(set.Int("TH COLOR"), 0x0000FF);
   EXPECT_EQ(set.Int("MAIN SPECT COL"), 0);
