@@ -130,12 +130,12 @@ void Reset_Session_Data(Session& s, bool keep_overlays) {
   s = std::move(fresh);
 }
 
-int Overlay_Keep_Prompt(Session& s) {
+int Overlay_Keep_Prompt(Session& s, bool keep) {
   bool any = false;
   for (int k = 1; k <= Overlay_Max; ++k) any = any || s.Overlay[static_cast<size_t>(k)].Slot_Points > 0;
   if (!any) return 0;
   const int choice = s.ui->Choose("重ね書きの削除", "",
-                                  {"現在の「重ね書き」データを削除。", "現在の「重ね書き」データを残す。"}, 0);
+                                  {"現在の「重ね書き」データを削除。", "現在の「重ね書き」データを残す。"}, keep ? 1 : 0);
   if (choice < 0) return -1;
   return choice == 1 ? 3 : 0;
 }
@@ -220,8 +220,8 @@ std::string Open_Pattern(const Session& s, int index) {
 // The filter of the CSV open.
 constexpr int Csv_Filter_Index = 5;
 
-// Asks for the file to open, the dialog on filter `forced` (0: the
-// remembered one, which the chosen one replaces); empty when cancelled.
+}  // namespace
+
 std::string Ask_Open_Path(Session& s, int forced) {
   platform::File_Request req;
   req.title = "読み込み";
@@ -234,8 +234,6 @@ std::string Ask_Open_Path(Session& s, int forced) {
   if (forced <= 0) Store_Setting(s, "INITIATL FILE", answer->filter_index);
   return answer->path;
 }
-
-}  // namespace
 
 // The view of the data set in memory after an open, good or failed: a
 // spectrum without a stored view (X limits equal) is shown whole; a native

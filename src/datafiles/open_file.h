@@ -21,8 +21,13 @@ namespace tevo::datafiles {
 void Reset_Session_Data(Session& s, bool keep_overlays);
 
 // When any overlay slot holds a spectrum, asks whether to delete the slots
-// or keep them. Returns 0 delete (or nothing to ask), 3 keep, -1 cancel.
-int Overlay_Keep_Prompt(Session& s);
+// or keep them (NMR1D_Form23), `keep` preselected. Returns 0 delete (or
+// nothing to ask), 3 keep, -1 cancel.
+int Overlay_Keep_Prompt(Session& s, bool keep = false);
+
+// Asks for the file to open, the dialog on filter `forced` (0: the
+// remembered one, which the chosen one replaces); empty when cancelled.
+std::string Ask_Open_Path(Session& s, int forced = 0);
 
 // The observe frequency to 0.05 MHz as the parameter text shows it.
 std::string Observe_Text(double observe_mhz);
