@@ -40,6 +40,7 @@
 #include "list_window.h"
 #include "menu_tree.h"
 #include "operator_dialog.h"
+#include "overlay_window.h"
 #include "parameter_dialog.h"
 #include "phase_panel.h"
 #include "plot_widget.h"
@@ -245,6 +246,7 @@ void Main_Window::Connect_Commands() {
     Refresh_State();
   });
   connect(Action("m292"), &QAction::triggered, this, &Main_Window::On_Parameters);
+  connect(Action("m27"), &QAction::triggered, this, &Main_Window::On_Overlays);
   for (const session::Layer_Switch& l : session::Layer_Switches()) {
     Action(l.id)->setCheckable(true);
     connect(Action(l.id), &QAction::triggered, this, [this, l] {
@@ -310,6 +312,7 @@ void Main_Window::Refresh_State() {
   panels_->setCurrentIndex(std::clamp<int>(session_.Mode.Edit_Mode, 0, 6));
   Refresh_Edits();
   setWindowTitle(Q(session::Window_Caption(session_.Open_Name)));
+  if (overlays_ != nullptr) overlays_->Refresh();
   Rebuild_Recent_Menu();
   Refresh_View();
 }
@@ -414,6 +417,16 @@ void Main_Window::On_Parameters() {
   Refresh_State();
   Parameter_Dialog form(session_, this);
   if (form.exec() == QDialog::Accepted) Refresh_View();
+}
+
+void Main_Window::On_Overlays() {
+  if (overlays_ == nullptr) {
+    overlays_ = new Overlay_Window(session_, this);
+    connect(overlays_, &Overlay_Window::changed, this, &Main_Window::Refresh_View);
+  }
+  overlays_->Refresh();
+  overlays_->show();
+  overlays_->raise();
 }
 
 void Main_Window::On_Files_Dropped(const QStringList& paths) {

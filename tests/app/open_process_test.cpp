@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QFileDialog>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QToolButton>
 #include <QTimer>
 #include <cmath>
@@ -40,6 +41,8 @@
 #include "main_window.h"
 #include "session/command_flow.h"
 #include "menu_tree.h"
+#include "overlay/overlay_set.h"
+#include "overlay_window.h"
 #include "phase_panel.h"
 #include "plot_widget.h"
 #include "qt_ui.h"
@@ -371,6 +374,95 @@ TEST(Road, OpenDialogShowsBrukerFilesAndTheWheelMovesTheView) {
   EXPECT_GT(d1, d2);  // the left cursor is the higher shift
   EXPECT_NEAR(hz, (d1 - d2) * s.Spectrum_Frequency, 0.02 * s.Spectrum_Frequency);
   Save_Shot(&window, "road_distance");
+  s.Data_Saved = 1;
+  EXPECT_TRUE(window.Try_Exit());
+}
+
+// Pixels of the plot in a colour 0xBBGGRR.
+int Ink_Of(tevo::app::Plot_Widget* plot, int32_t bgr) {
+  const QImage image = plot->grab().toImage();
+  const QRgb want = qRgb(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
+  int n = 0;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x) n += (image.pixel(x, y) & 0xffffff) == (want & 0xffffff);
+  return n;
+}
+
+TEST(Overlays, MultiSpectrumWindowLoadsScalesAndTheMainPlotShowsTheSlots) {
+  App();
+  const std::string fid =
+      tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string();
+  Started_Window started(fid);
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  window.Open_Command_Line();
+  ASSERT_EQ(s.Is_Spectrum, 1);
+  ASSERT_TRUE(window.Action("m27")->isEnabled());
+  window.Action("m27")->trigger();
+  tevo::app::Overlay_Window* form = window.Overlays();
+  ASSERT_NE(form, nullptr);
+  EXPECT_TRUE(form->isVisible());
+  EXPECT_FALSE(form->isModal());
+
+  // Two loads through the core, NMR1D_Form12 answered with its default, "CHEM".
+  for (const auto& [slot, path] :
+       {std::pair{1, tevo::test::Test_Data_File("jcamp-data-test@0.2.1/data/aspirin-1h.dx").string()},
+        std::pair{2, fid}}) {
+    const bool shot = slot == 1;
+    tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form12"; },
+                                  [shot](QWidget& w) {
+                                    if (shot) Save_Shot(&w, "NMR1D_Form12");
+                                    w.findChild<QPushButton*>("Command1")->click();
+                                  });
+    ASSERT_EQ(tevo::overlay::Load_Slot(s, slot, path), 0);
+  }
+  form->Refresh();
+  window.Refresh_View();
+  const int red = tevo::overlay::Slot_Colour(s, 1), blue = tevo::overlay::Slot_Colour(s, 2);
+  EXPECT_GT(Ink_Of(window.Plot(), red), 100);
+  EXPECT_GT(Ink_Of(window.Plot(), blue), 100);
+
+  // Slot 2's magnification typed, slot 3's raised by one press of its button.
+  auto* mag = form->findChild<QLineEdit*>("Text1_1");
+  ASSERT_NE(mag, nullptr);
+  mag->selectAll();
+  QTest::keyClicks(mag, "3");
+  QTest::keyClick(mag, Qt::Key_Return);
+  EXPECT_FLOAT_EQ(s.Overlay[1].Slot_Y_Mag, 3.0f);
+  EXPECT_NEAR(s.Overlay[1].Slot_Y_Full, s.Overlay[1].Slot_Max_Abs / 3.0, 1e-6);
+  auto* up = form->findChild<tevo::app::Hold_Button*>("Ymag_Up_2");
+  ASSERT_NE(up, nullptr);
+  QTest::mousePress(up, Qt::LeftButton);
+  QTest::mouseRelease(up, Qt::LeftButton);
+  EXPECT_FLOAT_EQ(s.Overlay[2].Slot_Y_Mag, 0.95f * 1.1f);
+  EXPECT_EQ(form->findChild<QLineEdit*>("Text1_2")->text(), "1.045");
+  // An offset of exactly 1 is refused and the old text returns.
+  auto* offset = form->findChild<QLineEdit*>("Text2_2");
+  offset->selectAll();
+  QTest::keyClicks(offset, "1");
+  QTest::keyClick(offset, Qt::Key_Return);
+  EXPECT_FLOAT_EQ(s.Overlay[2].Slot_Y_Offset, 0.2f);
+  EXPECT_EQ(offset->text(), "0.2");
+
+  // NMR1D_Form19 moves spectrum 3 to the empty row 5; 取り消し swaps back.
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form19"; },
+                                [](QWidget& w) {
+                                  w.findChild<QSpinBox*>("Text1")->setValue(3);
+                                  w.findChild<QSpinBox*>("Text2")->setValue(5);
+                                  w.findChild<QPushButton*>("Command1")->click();
+                                });
+  form->findChild<QPushButton*>("Command5")->click();
+  EXPECT_EQ(s.Overlay[2].Slot_Points, 0);
+  EXPECT_EQ(s.Overlay[4].Slot_File, fid);
+  EXPECT_EQ(form->findChild<QLabel*>("Label_File_4")->text(), "fid");
+  form->findChild<QPushButton*>("Command6")->click();
+  EXPECT_EQ(s.Overlay[2].Slot_File, fid);
+
+  QApplication::processEvents();
+  Save_Shot(form, "NMR1D_Form6");
+  Save_Shot(&window, "main_window_overlays");
+  form->close();
   s.Data_Saved = 1;
   EXPECT_TRUE(window.Try_Exit());
 }
