@@ -226,6 +226,11 @@ void Main_Window::Connect_Commands() {
       Refresh_State();
     });
   }
+  for (int k = 1; k <= 9; ++k)
+    connect(Action("m182_" + std::to_string(k)), &QAction::triggered, this, [this, k] {
+      datafiles::m182_Click(session_, k);
+      Refresh_State();
+    });
   connect(Action("m19"), &QAction::triggered, this, [this] {
     if (Try_Exit()) QApplication::quit();
   });

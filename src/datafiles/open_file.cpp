@@ -501,13 +501,17 @@ int m183_Click(Session& s, const std::string& path) {
   return Save_As(s, path, Write_Jcamp_Compact, Jcamp_Compact_Save);
 }
 
-int m18_Click(Session& s, const std::string& path) {
+int m182_Click(Session& s, int spectrum, const std::string& path) {
+  if (spectrum < 0 || spectrum > Overlay_Max) return 1;
   const int choice = s.ui->Choose("ASCIIデータの設定", "", Ascii_Mode_Captions(), 0);
   if (choice < 0) return 1;
   const std::string mode = Ascii_Modes[choice];
   return Save_As(
-      s, path, [mode](Session& t, const std::string& p) { return Write_Ascii(t, p, 0, mode); }, Ascii_Save);
+      s, path, [mode, spectrum](Session& t, const std::string& p) { return Write_Ascii(t, p, spectrum, mode); },
+      Ascii_Save);
 }
+
+int m18_Click(Session& s, const std::string& path) { return m182_Click(s, 0, path); }
 
 int m172_Click(Session& s, const std::string& path, int layout) {
   if (layout < 0) layout = s.ui->Choose("ピークリストの保存", "", {"Compact(通常)", "JEOL形式"}, 0);

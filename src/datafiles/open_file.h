@@ -99,6 +99,9 @@ int m183_Click(Session& s, const std::string& path = {});
 // offered), then the name, which must end in .txt, .dat or .asc. Returns 0
 // written, 1 cancelled or refused, -1 write failure.
 int m18_Click(Session& s, const std::string& path = {});
+// The same export of overlay spectrum `spectrum` (1 .. Overlay_Max; 0 is
+// the main one), from the rows of "重書をASCII 形式で保存".
+int m182_Click(Session& s, int spectrum, const std::string& path = {});
 
 // The list files of the main menu: the peak list (m172; `layout` 0 the
 // comma layout, 1 the report layout, -1 asks), the integral list (m173) and

@@ -176,6 +176,15 @@ std::map<std::string, bool> Menu_Enabled(const Session& s) {
   m["m20"] = loaded && s.Undo_Stack[0].Kind > 0;  // a record to undo
   for (const Layer_Switch& l : Layer_Switches()) m[l.id] = true;
   for (auto& [id, enabled] : m) enabled = enabled && Command_Built(id);
+  // The ASCII export of an overlay: a row per slot, enabled while the slot
+  // holds a spectrum, and the menu while any does.
+  bool any_slot = false;
+  for (int k = 1; k <= 9; ++k) {
+    const bool used = loaded && s.Overlay[static_cast<std::size_t>(k)].Slot_Points > 0;
+    m["m182_" + std::to_string(k)] = used;
+    any_slot = any_slot || used;
+  }
+  m["m18X"] = any_slot;
   return m;
 }
 

@@ -418,7 +418,11 @@ TEST(Overlays, MultiSpectrumWindowLoadsScalesAndTheMainPlotShowsTheSlots) {
     ASSERT_EQ(tevo::overlay::Load_Slot(s, slot, path), 0);
   }
   form->Refresh();
-  window.Refresh_View();
+  window.Refresh_State();
+  // The ASCII rows of the slots in use, and only those, are enabled.
+  EXPECT_TRUE(window.Action("m182_1")->isEnabled());
+  EXPECT_TRUE(window.Action("m182_2")->isEnabled());
+  EXPECT_FALSE(window.Action("m182_3")->isEnabled());
   const int red = tevo::overlay::Slot_Colour(s, 1), blue = tevo::overlay::Slot_Colour(s, 2);
   EXPECT_GT(Ink_Of(window.Plot(), red), 100);
   EXPECT_GT(Ink_Of(window.Plot(), blue), 100);

@@ -1,6 +1,6 @@
 // The overlay set on real spectra: the same compound from a Bruker FID and a
 // JCAMP-DX file lines up by chemical shift, a field 2 % off is refused for
-// "CENT"; delete, copy and exchange with their undo; the row fields' limits;
+// "CENT"; delete, copy and exchange with their undo, the ASCII export of a slot; the row fields' limits;
 // the slots in the main plot; and a native file that carries three slots.
 #include <gtest/gtest.h>
 
@@ -206,6 +206,14 @@ TEST(OverlaySet, DeleteCopyAndExchangeWithTheirUndo) {
   EXPECT_FALSE(Copy_Slot(s, 2, 5));
   EXPECT_EQ(ui.shown.back().title, "上書き確認");
   EXPECT_FALSE(Copy_Slot(s, 0, 6));  // no main spectrum yet
+
+  // The ASCII export of a slot writes its points, highest ppm first.
+  const fs::path txt = dir / "two.txt";
+  ASSERT_EQ(datafiles::m182_Click(s, 2, txt.string()), 0);
+  const std::string text = test::Read_Text(txt);
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 16);
+  EXPECT_EQ(text.rfind("1, 0,0", 0), 0u);
+  EXPECT_NE(text.find("0.2, 1,0"), std::string::npos);
 }
 
 TEST(OverlaySet, RowFieldsKeepTheirLimits) {
