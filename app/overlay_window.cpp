@@ -76,7 +76,7 @@ void Overlay_Window::Build_Row(int k, QGridLayout* grid) {
   grid->addWidget(r.mag, line, 2);
   // Hold-to-repeat: the first step at the press, then the timer's.
   const auto hold = [this, k, grid, line](const char* name, const char* caption, int column,
-                                          std::function<bool(Session&, int)> step) {
+                                          std::function<bool(Session&, int)> step) -> QPushButton* {
     auto* b = new Hold_Button(
         QString::fromUtf8(caption), [this, k, step] { step(session_, k); },
         [this, k, step] { return step(session_, k); }, this);
@@ -84,9 +84,11 @@ void Overlay_Window::Build_Row(int k, QGridLayout* grid) {
     b->setMaximumWidth(28);
     connect(b, &Hold_Button::stepped, this, [this] { After(true); });
     grid->addWidget(b, line, column);
+    return b;
   };
-  hold("YMag_Down", "▼", 3, [](Session& s, int slot) { return overlay::Slot_Mag_Step(s, slot, false); });
-  hold("Ymag_Up", "▲", 4, [](Session& s, int slot) { return overlay::Slot_Mag_Step(s, slot, true); });
+  r.mag_buttons = {
+      hold("YMag_Down", "▼", 3, [](Session& s, int slot) { return overlay::Slot_Mag_Step(s, slot, false); }),
+      hold("Ymag_Up", "▲", 4, [](Session& s, int slot) { return overlay::Slot_Mag_Step(s, slot, true); })};
 
   r.offset = Named_Field(this, Name("Text2", k).c_str());
   r.offset->setMaximumWidth(70);
@@ -210,7 +212,10 @@ void Overlay_Window::Refresh() {
     const bool used = overlay::Slot_In_Use(s, k);
     r.mag->setText(Row_Number(overlay::Slot_Mag(s, k)));
     r.offset->setText(Row_Number(overlay::Slot_Offset(s, k)));
-    r.mag->setEnabled(s.Overlay_Compare == 0 || k == 0);
+    // Compared intensities share the main scale: the slots' own is greyed.
+    const bool own_scale = s.Overlay_Compare == 0 || k == 0;
+    r.mag->setEnabled(own_scale);
+    for (QPushButton* b : r.mag_buttons) b->setEnabled(own_scale);
     if (k == 0) {
       r.show->setChecked(used);
       r.points->setText(used ? QString::number(s.Spec_Points) : QString());

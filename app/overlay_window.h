@@ -44,6 +44,7 @@ class Overlay_Window : public QDialog {
   struct Row {
     QCheckBox* show = nullptr;  // Check1
     QLineEdit* mag = nullptr;  // Text1
+    std::array<QPushButton*, 2> mag_buttons{};  // YMag_Down, Ymag_Up
     QLineEdit* offset = nullptr;  // Text2
     QPushButton* colour = nullptr;  // the colour label
     QCheckBox* peaks = nullptr;  // Check4

@@ -123,6 +123,7 @@ void Reset_Session_Data(Session& s, bool keep_overlays) {
   fresh.Mode = std::move(s.Mode);
   fresh.Overlay_Read_Mode = s.Overlay_Read_Mode;
   fresh.Overlay_Shift = s.Overlay_Shift;
+  fresh.Overlay_Compare = s.Overlay_Compare;
   if (keep_overlays) fresh.Overlay = std::move(s.Overlay);
   // The display scale the operator set survives a new data set.
   fresh.Y_Mag = s.Y_Mag;

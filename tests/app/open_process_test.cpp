@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QCheckBox>
 #include <QApplication>
 #include <QDir>
 #include <QImage>
@@ -448,6 +449,14 @@ TEST(Overlays, MultiSpectrumWindowLoadsScalesAndTheMainPlotShowsTheSlots) {
   QTest::keyClick(offset, Qt::Key_Return);
   EXPECT_FLOAT_EQ(s.Overlay[2].Slot_Y_Offset, 0.2f);
   EXPECT_EQ(offset->text(), "0.2");
+
+  // Compared intensities: every slot at the main scale, their own greyed.
+  form->findChild<QCheckBox*>("Check2")->click();
+  EXPECT_EQ(s.Overlay_Compare, 1);
+  EXPECT_FALSE(form->findChild<QLineEdit*>("Text1_1")->isEnabled());
+  EXPECT_FALSE(form->findChild<QPushButton*>("Ymag_Up_1")->isEnabled());
+  EXPECT_TRUE(form->findChild<QLineEdit*>("Text1_0")->isEnabled());
+  form->findChild<QCheckBox*>("Check2")->click();
 
   // NMR1D_Form19 moves spectrum 3 to the empty row 5; 取り消し swaps back.
   tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form19"; },
