@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QFileDialog>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QSpinBox>
 #include <QToolButton>
 #include <QTimer>
@@ -463,6 +464,18 @@ TEST(Overlays, MultiSpectrumWindowLoadsScalesAndTheMainPlotShowsTheSlots) {
   EXPECT_EQ(form->findChild<QLabel*>("Label_File_4")->text(), "fid");
   form->findChild<QPushButton*>("Command6")->click();
   EXPECT_EQ(s.Overlay[2].Slot_File, fid);
+
+  // A new open with slots in use asks in NMR1D_Form23; "残す" keeps them.
+  s.Data_Saved = 1;
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form23"; },
+                                [](QWidget& w) {
+                                  Save_Shot(&w, "NMR1D_Form23");
+                                  w.findChild<QRadioButton*>("Option2")->setChecked(true);
+                                  w.findChild<QPushButton*>("Command1")->click();
+                                });
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  ASSERT_EQ(window.Open(fid), 0);
+  EXPECT_EQ(s.Overlay[1].Slot_File.substr(s.Overlay[1].Slot_File.size() - 3), ".dx");
 
   QApplication::processEvents();
   Save_Shot(form, "NMR1D_Form6");
