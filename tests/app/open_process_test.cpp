@@ -494,6 +494,8 @@ TEST(MainWindow, EveryEnabledMenuItemDoesSomething) {
   Click_When_Shown<tevo::app::Fid_Window>("Command3");
   ASSERT_EQ(window.Open(tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string()), 0);
   tevo::session::Set_RecentFile_Menu(s, s.Open_Name);
+  ASSERT_TRUE(tevo::overlay::Copy_Slot(s, 0, 1));  // a slot in use enables its rows
+  window.Refresh_State();
 
   // What an item may change: the mode, the view, the data, the lists.
   const auto state = [&s] {
