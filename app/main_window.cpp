@@ -42,6 +42,7 @@
 #include "list_window.h"
 #include "menu_tree.h"
 #include "operator_dialog.h"
+#include "overlay_window.h"
 #include "parameter_dialog.h"
 #include "phase_panel.h"
 #include "plot_widget.h"
@@ -238,6 +239,11 @@ void Main_Window::Connect_Commands() {
       Refresh_State();
     });
   }
+  for (int k = 1; k <= 9; ++k)
+    connect(Action("m182_" + std::to_string(k)), &QAction::triggered, this, [this, k] {
+      datafiles::m182_Click(session_, k);
+      Refresh_State();
+    });
   connect(Action("m19"), &QAction::triggered, this, [this] {
     if (Try_Exit()) QApplication::quit();
   });
@@ -258,6 +264,7 @@ void Main_Window::Connect_Commands() {
     Refresh_State();
   });
   connect(Action("m292"), &QAction::triggered, this, &Main_Window::On_Parameters);
+  connect(Action("m27"), &QAction::triggered, this, &Main_Window::On_Overlays);
   for (const session::Layer_Switch& l : session::Layer_Switches()) {
     Action(l.id)->setCheckable(true);
     connect(Action(l.id), &QAction::triggered, this, [this, l] {
@@ -325,6 +332,7 @@ void Main_Window::Refresh_State() {
   panels_->setCurrentIndex(std::clamp<int>(session_.Mode.Edit_Mode, 0, 6));
   Refresh_Edits();
   setWindowTitle(Q(session::Window_Caption(session_.Open_Name)));
+  if (overlays_ != nullptr) overlays_->Refresh();
   Rebuild_Recent_Menu();
   Refresh_View();
 }
@@ -429,6 +437,16 @@ void Main_Window::On_Parameters() {
   Refresh_State();
   Parameter_Dialog form(session_, this);
   if (form.exec() == QDialog::Accepted) Refresh_View();
+}
+
+void Main_Window::On_Overlays() {
+  if (overlays_ == nullptr) {
+    overlays_ = new Overlay_Window(session_, this);
+    connect(overlays_, &Overlay_Window::changed, this, &Main_Window::Refresh_View);
+  }
+  overlays_->Refresh();
+  overlays_->show();
+  overlays_->raise();
 }
 
 void Main_Window::On_Files_Dropped(const QStringList& paths) {

@@ -26,6 +26,7 @@ class Integral_Panel;
 class Peak_Panel;
 class Phase_Panel;
 class Reference_Panel;
+class Overlay_Window;
 
 class Main_Window : public QMainWindow {
   Q_OBJECT
@@ -47,6 +48,8 @@ class Main_Window : public QMainWindow {
   Baseline_Panel* Baseline() const { return baseline_; }
   Peak_Panel* Peaks() const { return peaks_; }
   Integral_Panel* Integrals() const { return integrals_; }
+  // NMR1D_Form6 once m27 has opened it.
+  Overlay_Window* Overlays() const { return overlays_; }
 
   // The start-up steps that need the window's Ui (settings, user choice,
   // work marker, command line); the window is not shown yet. Not
@@ -98,6 +101,8 @@ class Main_Window : public QMainWindow {
   void On_Grid_Dialog();
   void On_Instrument_Table();
   void On_Parameters();
+  // m27: the overlay window, made once and shown again.
+  void On_Overlays();
 
   Session& session_;
   Qt_Ui ui_;
@@ -114,6 +119,7 @@ class Main_Window : public QMainWindow {
   Baseline_Panel* baseline_ = nullptr;
   Peak_Panel* peaks_ = nullptr;
   Integral_Panel* integrals_ = nullptr;
+  Overlay_Window* overlays_ = nullptr;  // NMR1D_Form6
   QScrollBar* scroll_ = nullptr;
   bool setting_scroll_ = false;
   bool started_ = false;  // the start-up ran: the end writes settings and removes markers

@@ -8,8 +8,9 @@ namespace tevo::app {
 
 const std::vector<Menu_Item>& Menu_Tree() {
   // Captions of the file menu start with "*" or two blanks: both are part of
-  // the caption. Overlay rows (m182, m2101, m2731) and the recent files are
-  // added at run time under their parents.
+  // the caption. The rows of m18X (m182_k) stand for overlay slot k; the
+  // other overlay rows (m2101, m2731) and the recent files are added at run
+  // time under their parents.
   static const std::vector<Menu_Item> items = {
       {"NM1D_m1", "", "ﾌｧｲﾙ (&F)"},
       {"NM1D_m11", "NM1D_m1", "*読込 (&O)"},
@@ -24,6 +25,15 @@ const std::vector<Menu_Item>& Menu_Tree() {
       {"m13", "NM1D_m1", "  名前を付けて保存(*.ALS) (&S)"},
       {"m18", "NM1D_m1", "  ASCII 形式で保存 (&A)"},
       {"m18X", "NM1D_m1", "  重書をASCII 形式で保存"},
+      {"m182_1", "m18X", "スペクトル(2)"},
+      {"m182_2", "m18X", "スペクトル(3)"},
+      {"m182_3", "m18X", "スペクトル(4)"},
+      {"m182_4", "m18X", "スペクトル(5)"},
+      {"m182_5", "m18X", "スペクトル(6)"},
+      {"m182_6", "m18X", "スペクトル(7)"},
+      {"m182_7", "m18X", "スペクトル(8)"},
+      {"m182_8", "m18X", "スペクトル(9)"},
+      {"m182_9", "m18X", "スペクトル(10)"},
       {"m181", "NM1D_m1", "  JCAMP(拡張)形式で保存"},
       {"m183", "NM1D_m1", "  JCAMP(縮小) 形式で保存 (&J)"},
       {"m131", "NM1D_m1", "  積分曲線を保存(ASCII 形式) (&I)"},

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QButtonGroup>
-#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QInputDialog>
@@ -13,7 +12,9 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include <map>
 #include "bruker_dialog.h"
+#include "dialog_parts.h"
 #include "instrument_dialogs.h"
 #include "parameter_table_dialog.h"
 #include "user_dialog.h"
@@ -173,21 +174,28 @@ int Qt_Ui::Choose(const std::string& title, const std::string& prompt, const std
     Bruker_Dialog form(initial, parent_);
     return form.exec() == QDialog::Accepted ? form.Choice() : -1;
   }
+  // The small choice windows that have names of their own: the alignment
+  // of an overlay load, and the question about the overlays at a new load.
+  static const std::map<std::string, std::pair<const char*, const char*>> forms = {
+      {"重ね書き指定", {"NMR1D_Form12", "重ね書き指定"}},
+      {"重ね書きの削除", {"NMR1D_Form23", "「重ね書き」の削除の確認"}}};
   QDialog dlg(parent_);
   dlg.setWindowTitle(Q(title));
+  if (const auto it = forms.find(title); it != forms.end()) {
+    dlg.setObjectName(it->second.first);
+    dlg.setWindowTitle(QString::fromUtf8(it->second.second));
+  }
   auto* layout = new QVBoxLayout(&dlg);
   if (!prompt.empty()) layout->addWidget(new QLabel(Q(prompt), &dlg));
   auto* group = new QButtonGroup(&dlg);
   for (std::size_t i = 0; i < options.size(); ++i) {
     auto* b = new QRadioButton(Q(options[i]), &dlg);
+    b->setObjectName(QStringLiteral("Option%1").arg(i + 1));
     group->addButton(b, static_cast<int>(i));
     if (static_cast<int>(i) == initial) b->setChecked(true);
     layout->addWidget(b);
   }
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dlg);
-  QObject::connect(buttons, &QDialogButtonBox::accepted, &dlg, &QDialog::accept);
-  QObject::connect(buttons, &QDialogButtonBox::rejected, &dlg, &QDialog::reject);
-  layout->addWidget(buttons);
+  QObject::connect(Ok_Cancel_Row(&dlg, layout), &QPushButton::clicked, &dlg, &QDialog::accept);
   if (dlg.exec() != QDialog::Accepted) return -1;
   return group->checkedId();
 }

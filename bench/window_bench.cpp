@@ -2,8 +2,9 @@
 // mouse move (the cross-hair over the kept picture, or the whole plot
 // painted again as before), one phase step of the main window end to end
 // (rotation, display copy, paint), and one repaint of the processing
-// window with its preview, and one trim-button step of the integral mode
-// (B0 moved, the region summed again, the plot painted). Run offscreen.
+// window with its preview, one trim-button step of the integral mode
+// (B0 moved, the region summed again, the plot painted), and the plot with
+// nine overlay spectra. Run offscreen.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -114,6 +115,32 @@ void BM_Integral_Trim_Step_Redrawn(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_Integral_Trim_Step_Redrawn)->Unit(benchmark::kMillisecond);
+
+// The main plot painted whole with Arg overlay slots of 65536 points each
+// over the same 20 ppm, each at its own offset (9: every slot in use).
+void BM_Main_Plot_With_Overlays(benchmark::State& state) {
+  Plot_Bench b;
+  constexpr int32_t slot_points = 65536;
+  for (int k = 1; k <= state.range(0); ++k) {
+    tevo::Overlay_Slot& o = b.s.Overlay[static_cast<std::size_t>(k)];
+    o.Slot_Points = slot_points;
+    o.Slot_Show = 1;
+    o.Slot_Max_Abs = 1;
+    o.Slot_Y_Full = 1 / 0.95f;
+    o.Slot_X.resize(slot_points);
+    o.Slot_Y.resize(slot_points);
+    for (int32_t i = 0; i < slot_points; ++i) {
+      const double d = std::fmod(i + 37.0 * k, 521.0) - 260;
+      o.Slot_X[static_cast<std::size_t>(i)] = static_cast<float>(i * 20.0 / slot_points);
+      o.Slot_Y[static_cast<std::size_t>(i)] = static_cast<float>(1.0 / (1.0 + d * d / 4.0));
+    }
+  }
+  for (auto _ : state) {
+    b.plot.Redraw();
+    b.plot.render(&b.image);
+  }
+}
+BENCHMARK(BM_Main_Plot_With_Overlays)->Arg(0)->Arg(9)->Unit(benchmark::kMillisecond);
 
 // Arg 0: the whole processing window; 1: its spectrum preview alone, at
 // 1600 x 900; 2: the same with the imaginary part.

@@ -1,11 +1,15 @@
 // tevo1d-cli render PATH -o OUT.png|.bmp|.pdf|.svg [--size WxH] [--range LEFT,RIGHT]
+//                  [--overlay FILE ...] [--align chem|cent]
 // The main window's plot of any data file the open command reads (a FID is
 // transformed first), painted by the window's own paint routine into an
-// image or a vector file, with the window's caption line at the top.
+// image or a vector file, with the window's caption line at the top. Each
+// --overlay file is read into the next overlay slot, as the overlay
+// window's "読込" does, and drawn in that slot's colour and place.
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include "commands.h"
 #include "datafiles/open_file.h"
@@ -13,6 +17,7 @@
 #include "display/paint.h"
 #include "display/view_commands.h"
 #include "display/style.h"
+#include "overlay/slot_read.h"
 #include "signal/fid_processing.h"
 #ifdef TEVO_HAVE_QT
 #include "platform/qt/qt_output.h"
@@ -47,15 +52,31 @@ bool Parse_Range(const std::string& text, double& left, double& right) {
   return std::sscanf(text.c_str(), "%lf,%lf", &left, &right) == 2;
 }
 
+// Reads the files into slots 1, 2, ... in order; the first failure's status.
+int Read_Overlays(Session& s, const std::vector<std::string>& files, overlay::Slot_Align align) {
+  for (std::size_t k = 0; k < files.size(); ++k) {
+    const int st = overlay::Read_Overlay_Slot(s, static_cast<int>(k) + 1, files[k], align);
+    if (st != 0) {
+      std::cerr << "render: overlay " << files[k] << " not read (status " << st << ")\n";
+      return st == overlay::Slot_Off_Frequency ? 1 : st;
+    }
+  }
+  return 0;
+}
+
 }  // namespace
 
 void Register_Render(CLI::App& app, Context& ctx) {
   auto* cmd = app.add_subcommand("render", "paint the main plot of a data file into a picture");
-  static std::string path, out, size = "1600x1000", range;
+  static std::string path, out, size = "1600x1000", range, align = "chem";
+  static std::vector<std::string> overlays;
   cmd->add_option("PATH", path, "data file")->required();
   cmd->add_option("-o,--output", out, "picture: .png, .bmp, .pdf or .svg")->required();
   cmd->add_option("--size", size, "width x height in pixels (default 1600x1000)");
   cmd->add_option("--range", range, "LEFT,RIGHT limits in ppm");
+  cmd->add_option("--overlay", overlays, "spectra drawn over the main one, slots 2 .. 10")->expected(1, 9);
+  cmd->add_option("--align", align, "overlay axes by chemical shift or by carrier")
+      ->check(CLI::IsMember({"chem", "cent"}));
   cmd->callback([&ctx] {
     int w = 0, h = 0;
     double left = 0, right = 0;
@@ -81,6 +102,11 @@ void Register_Render(CLI::App& app, Context& ctx) {
     if (s.Spec_Points <= 0) {
       std::cerr << "render: " << path << " holds no spectrum\n";
       ctx.exit_code = Exit_Refused;
+      return;
+    }
+    st = Read_Overlays(s, overlays, align == "cent" ? overlay::Slot_Align::Cent : overlay::Slot_Align::Chem);
+    if (st != 0) {
+      ctx.exit_code = Exit_From_Status(st);
       return;
     }
     Build_Disp_Arrays(s, 0);

@@ -123,6 +123,7 @@ void Reset_Session_Data(Session& s, bool keep_overlays) {
   fresh.Mode = std::move(s.Mode);
   fresh.Overlay_Read_Mode = s.Overlay_Read_Mode;
   fresh.Overlay_Shift = s.Overlay_Shift;
+  fresh.Overlay_Compare = s.Overlay_Compare;
   if (keep_overlays) fresh.Overlay = std::move(s.Overlay);
   // The display scale the operator set survives a new data set.
   fresh.Y_Mag = s.Y_Mag;
@@ -130,12 +131,12 @@ void Reset_Session_Data(Session& s, bool keep_overlays) {
   s = std::move(fresh);
 }
 
-int Overlay_Keep_Prompt(Session& s) {
+int Overlay_Keep_Prompt(Session& s, bool keep) {
   bool any = false;
   for (int k = 1; k <= Overlay_Max; ++k) any = any || s.Overlay[static_cast<size_t>(k)].Slot_Points > 0;
   if (!any) return 0;
   const int choice = s.ui->Choose("重ね書きの削除", "",
-                                  {"現在の「重ね書き」データを削除。", "現在の「重ね書き」データを残す。"}, 0);
+                                  {"現在の「重ね書き」データを削除。", "現在の「重ね書き」データを残す。"}, keep ? 1 : 0);
   if (choice < 0) return -1;
   return choice == 1 ? 3 : 0;
 }
@@ -220,8 +221,8 @@ std::string Open_Pattern(const Session& s, int index) {
 // The filter of the CSV open.
 constexpr int Csv_Filter_Index = 5;
 
-// Asks for the file to open, the dialog on filter `forced` (0: the
-// remembered one, which the chosen one replaces); empty when cancelled.
+}  // namespace
+
 std::string Ask_Open_Path(Session& s, int forced) {
   platform::File_Request req;
   req.title = "読み込み";
@@ -234,8 +235,6 @@ std::string Ask_Open_Path(Session& s, int forced) {
   if (forced <= 0) Store_Setting(s, "INITIATL FILE", answer->filter_index);
   return answer->path;
 }
-
-}  // namespace
 
 // The view of the data set in memory after an open, good or failed: a
 // spectrum without a stored view (X limits equal) is shown whole; a native
@@ -503,13 +502,17 @@ int m183_Click(Session& s, const std::string& path) {
   return Save_As(s, path, Write_Jcamp_Compact, Jcamp_Compact_Save);
 }
 
-int m18_Click(Session& s, const std::string& path) {
+int m182_Click(Session& s, int spectrum, const std::string& path) {
+  if (spectrum < 0 || spectrum > Overlay_Max) return 1;
   const int choice = s.ui->Choose("ASCIIデータの設定", "", Ascii_Mode_Captions(), 0);
   if (choice < 0) return 1;
   const std::string mode = Ascii_Modes[choice];
   return Save_As(
-      s, path, [mode](Session& t, const std::string& p) { return Write_Ascii(t, p, 0, mode); }, Ascii_Save);
+      s, path, [mode, spectrum](Session& t, const std::string& p) { return Write_Ascii(t, p, spectrum, mode); },
+      Ascii_Save);
 }
+
+int m18_Click(Session& s, const std::string& path) { return m182_Click(s, 0, path); }
 
 int m172_Click(Session& s, const std::string& path, int layout) {
   if (layout < 0) layout = s.ui->Choose("ピークリストの保存", "", {"Compact(通常)", "JEOL形式"}, 0);

@@ -21,8 +21,13 @@ namespace tevo::datafiles {
 void Reset_Session_Data(Session& s, bool keep_overlays);
 
 // When any overlay slot holds a spectrum, asks whether to delete the slots
-// or keep them. Returns 0 delete (or nothing to ask), 3 keep, -1 cancel.
-int Overlay_Keep_Prompt(Session& s);
+// or keep them (NMR1D_Form23), `keep` preselected. Returns 0 delete (or
+// nothing to ask), 3 keep, -1 cancel.
+int Overlay_Keep_Prompt(Session& s, bool keep = false);
+
+// Asks for the file to open, the dialog on filter `forced` (0: the
+// remembered one, which the chosen one replaces); empty when cancelled.
+std::string Ask_Open_Path(Session& s, int forced = 0);
 
 // The observe frequency to 0.05 MHz as the parameter text shows it.
 std::string Observe_Text(double observe_mhz);
@@ -94,6 +99,9 @@ int m183_Click(Session& s, const std::string& path = {});
 // offered), then the name, which must end in .txt, .dat or .asc. Returns 0
 // written, 1 cancelled or refused, -1 write failure.
 int m18_Click(Session& s, const std::string& path = {});
+// The same export of overlay spectrum `spectrum` (1 .. Overlay_Max; 0 is
+// the main one), from the rows of "重書をASCII 形式で保存".
+int m182_Click(Session& s, int spectrum, const std::string& path = {});
 
 // The list files of the main menu: the peak list (m172; `layout` 0 the
 // comma layout, 1 the report layout, -1 asks), the integral list (m173) and

@@ -13,6 +13,7 @@
 #include "editing/integral_sum.h"
 #include "editing/reference.h"
 #include "overlay/difference.h"
+#include "overlay/overlay_set.h"
 #include "session/number_text.h"
 #include "session/session.h"
 
@@ -321,6 +322,38 @@ void Draw_Integral_Base(Session& s, Surface& surf, int index, Colour colour, dou
   }
 }
 
+namespace {
+
+// Overlay slot k over the main spectrum, with its offset, full scale and
+// colour, moved sideways by the slant; a slot with its peak column checked
+// gets a short mark above each of its peaks.
+void Draw_Slot(const Session& s, Surface& surf, const Plot_Frame& f, int k) {
+  const Overlay_Slot& o = s.Overlay[static_cast<std::size_t>(k)];
+  const overlay::Slot_Trace t = overlay::Drawn_Slot(s, k);
+  if (o.Slot_Show != 1 || t.points < 1 || !(t.full > 0)) return;
+  double left = 0, right = 0;
+  overlay::Slot_Draw_Limits(s, k, left, right);
+  const Colour colour = overlay::Slot_Colour(s, k);
+  Draw_Overlay_Trace(s, surf, t.x, t.y, t.points, left, right, f.Frame_Left, f.Frame_Right, t.full,
+                     o.Slot_Y_Offset, f.Frame_Base, f.Frame_Top, f.Frame_Bottom, colour);
+  // Peak marks go with the slot's own trace, not with a DEPT sub-spectrum.
+  if (o.Slot_Show_Peaks != 1 || left == right || t.y.data() != o.Slot_Y.data()) return;
+  const double full = t.full;
+  surf.Set_Pen(platform::Pen_Style::Solid, 1, colour);
+  const auto n = static_cast<int32_t>(std::min({o.Slot_X.size(), o.Slot_Y.size(), static_cast<std::size_t>(o.Slot_Points)}));
+  for (const Peak_Rec& p : o.Slot_Peaks) {
+    if (p.Point < 0 || p.Point >= n) continue;
+    const auto i = static_cast<std::size_t>(p.Point);
+    const int px = Round_Pixel(X_To_Pixel(o.Slot_X[i], left, right, f.Frame_Left, f.Frame_Right));
+    if (!Strictly_Inside(f, px)) continue;
+    const int py = std::max(
+        Round_Pixel(Y_To_Pixel(o.Slot_Y[i], f.Frame_Base, f.Frame_Top, full, o.Slot_Y_Offset)), f.Frame_Top + 12);
+    Line(surf, px, py - 12, px, py - 2);
+  }
+}
+
+}  // namespace
+
 Paint_Result Picture1_Paint(Session& s, Surface& surf) {
   Paint_Result out;
   const Colour background = Setting_Colour(s, "COL BACKGROUND", 0xFFFFFF);
@@ -351,15 +384,7 @@ Paint_Result Picture1_Paint(Session& s, Surface& surf) {
                          Setting_Colour(s, "MAIN SPECT COL", 0));
     }
     if (Setting_Int(s, "MULTI SPEC DISP", 1) == 1 && !array_view) {
-      for (int k = 1; k <= 9; ++k) {
-        const Overlay_Slot& o = s.Overlay[static_cast<std::size_t>(k)];
-        const overlay::Slot_Trace t = overlay::Drawn_Slot(s, k);
-        if (o.Slot_Show != 1 || t.points < 1 || !(t.full > 0)) continue;
-        Draw_Overlay_Trace(s, surf, t.x, t.y, t.points, s.X_Left, s.X_Right,
-                           f.Frame_Left, f.Frame_Right, t.full, o.Slot_Y_Offset,
-                           f.Frame_Base, f.Frame_Top, f.Frame_Bottom,
-                           Setting_Colour(s, "COLOR-" + std::to_string(k), 0x808080));
-      }
+      for (int k = 1; k < overlay::Overlay_Rows; ++k) Draw_Slot(s, surf, f, k);
     }
     if (lim.left != lim.right)
       Draw_Axis_X(s, surf, lim.left, lim.right, f.Frame_Left, f.Frame_Right, f.Axis_Y,

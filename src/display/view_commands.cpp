@@ -29,17 +29,6 @@ double Position_To_Ppm(const Session& s, double pos) {
   return (pos - s.Param.SMTMS) * Ppm_Per_Point(s) + s.Param.SMEXR;
 }
 
-bool Parse_Number(const std::string& text, double& out) {
-  const char* b = text.c_str();
-  char* e = nullptr;
-  const double v = std::strtod(b, &e);
-  if (e == b) return false;
-  while (*e == ' ') ++e;
-  if (*e != '\0' || !std::isfinite(v)) return false;
-  out = v;
-  return true;
-}
-
 bool Has_Spectrum(const Session& s) {
   return s.Spec_Points > 0 && s.Spec_Axis.size() >= static_cast<std::size_t>(s.Spec_Points);
 }
@@ -61,6 +50,18 @@ void Set_Y_Mag(Session& s, double mag) {
 }
 
 }  // namespace
+
+bool Parse_Number(const std::string& text, double& out) {
+  const char* b = text.c_str();
+  char* e = nullptr;
+  const double v = std::strtod(b, &e);
+  if (e == b) return false;
+  while (*e == ' ') ++e;
+  if (*e != '\0' || !std::isfinite(v)) return false;
+  out = v;
+  return true;
+}
+
 
 // ---- view history ----
 

@@ -93,6 +93,9 @@ struct Typed_Result {
   bool taken = false;
   std::string text;
 };
+// A typed number: the whole text (trailing blanks aside) must be one finite
+// number.
+bool Parse_Number(const std::string& text, double& out);
 Typed_Result Type_Y_Mag(Session& s, const std::string& text);  // BasicText1
 Typed_Result Type_Y_Level(Session& s, const std::string& text);  // BasicText2
 Typed_Result Type_X_Mag(Session& s, const std::string& text);  // BasicText3

@@ -1,11 +1,13 @@
 #include "overlay/difference.h"
 
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <span>
 #include <vector>
 
+#include "overlay/overlay_set.h"
 #include "session/session.h"
 #include "session/settings.h"
 
@@ -169,7 +171,7 @@ Slot_Trace Drawn_Slot(const Session& s, int k) {
   if (s.DEPT_Mode && k >= 1 && k <= 3 && n > 0 && o.Slot_Y_Im.size() >= n && s.Spec_Axis.size() >= n)
     return {s.Spec_Axis, o.Slot_Y_Im, s.Spec_Points, s.Y_Full_Scale};
   if (o.Slot_Points < 1) return {};
-  return {o.Slot_X, o.Slot_Y, o.Slot_Points, o.Slot_Y_Full};
+  return {o.Slot_X, o.Slot_Y, o.Slot_Points, Slot_Draw_Full(s, k)};
 }
 
 }  // namespace tevo::overlay

@@ -182,6 +182,15 @@ std::map<std::string, bool> Menu_Enabled(const Session& s) {
   m["m272"] = loaded && overlay::DEPT_Slots_Filled(s);
   for (const Layer_Switch& l : Layer_Switches()) m[l.id] = true;
   for (auto& [id, enabled] : m) enabled = enabled && Command_Built(id);
+  // The ASCII export of an overlay: a row per slot, enabled while the slot
+  // holds a spectrum, and the menu while any does.
+  bool any_slot = false;
+  for (int k = 1; k <= 9; ++k) {
+    const bool used = loaded && s.Overlay[static_cast<std::size_t>(k)].Slot_Points > 0;
+    m["m182_" + std::to_string(k)] = used;
+    any_slot = any_slot || used;
+  }
+  m["m18X"] = any_slot;
   return m;
 }
 
@@ -210,7 +219,7 @@ bool Command_Built(const std::string& id) {
       "NM1D_m11", "NM1D_m112", "m47", "m10", "m13", "m18", "m181", "m183", "m131", "m172", "m173", "RecentFile",
       "m102", "m19",
       // edit
-      "m20", "m21", "m22", "m23", "m24", "m25", "m209", "m291", "m292", "m271", "m272",
+      "m20", "m21", "m22", "m23", "m24", "m25", "m27", "m209", "m291", "m292", "m271", "m272",
       // view and settings
       "m31", "m30", "m35", "m38", "m34", "m44", "m43", "m41", "m36", "m37", "m361", "m368", "m362", "m365", "m366",
       "m363",

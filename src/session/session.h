@@ -206,6 +206,14 @@ struct Session {
   float DEPT_CH3_45 = 1.0f, DEPT_CH_45 = 1.0f, DEPT_CH_90 = 1.0f, DEPT_CH2_135 = 1.0f;
   int16_t DEPT_Mode = 0;  // data shown as DEPT ("DEPT MODE"); the default Y_Mag is 0.95 / 4 then
   float Overlay_Shift = 0;  // "MULTI SPEC SHIFT", -1 .. 1
+  int16_t Overlay_Compare = 0;  // 1: every slot drawn at the main spectrum's full scale
+  // The one-step undo of the overlay window: a deleted slot, kept whole
+  // until the next delete or exchange replaces it, or an exchanged pair.
+  struct Overlay_Undo_Rec {
+    int16_t Kind = 0;  // 0 nothing, 1 delete, 2 exchange
+    int16_t Slot_A = 0, Slot_B = 0;
+    Overlay_Slot Kept;
+  } Overlay_Undo;
   int16_t Overlay_Read_Mode = 0;  // 3: the slots are kept, a read skips stored overlays
 
   // ---- native-file blocks carried through unchanged ----

@@ -367,6 +367,8 @@ Start_Result Start_Up(Session& s, const Start_Options& o) {
       face != nullptr && face->Charset == page::Charset_Shift_Jis)
     page::Fonts().Default_Font = face->Name;
   s.Param.SMEXR = static_cast<float>(s.settings.Real("REF INITITAL"));
+  // The overlays' slant as the operator last left it.
+  s.Overlay_Shift = static_cast<float>(std::clamp(s.settings.Real("MULTI SPEC SHIFT"), -1.0, 1.0));
   Read_Nuclear(s);
   Read_Required_Files(s);
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QCheckBox>
 #include <QApplication>
 #include <QDir>
 #include <QImage>
@@ -16,6 +17,8 @@
 #include <QLineEdit>
 #include <QFileDialog>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
 #include <QToolButton>
 #include <QTimer>
 #include <cmath>
@@ -40,6 +43,8 @@
 #include "main_window.h"
 #include "session/command_flow.h"
 #include "menu_tree.h"
+#include "overlay/overlay_set.h"
+#include "overlay_window.h"
 #include "phase_panel.h"
 #include "plot_widget.h"
 #include "qt_ui.h"
@@ -375,6 +380,111 @@ TEST(Road, OpenDialogShowsBrukerFilesAndTheWheelMovesTheView) {
   EXPECT_TRUE(window.Try_Exit());
 }
 
+// Pixels of the plot in a colour 0xBBGGRR.
+int Ink_Of(tevo::app::Plot_Widget* plot, int32_t bgr) {
+  const QImage image = plot->grab().toImage();
+  const QRgb want = qRgb(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
+  int n = 0;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x) n += (image.pixel(x, y) & 0xffffff) == (want & 0xffffff);
+  return n;
+}
+
+TEST(Overlays, MultiSpectrumWindowLoadsScalesAndTheMainPlotShowsTheSlots) {
+  App();
+  const std::string fid =
+      tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string();
+  Started_Window started(fid);
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  window.Open_Command_Line();
+  ASSERT_EQ(s.Is_Spectrum, 1);
+  ASSERT_TRUE(window.Action("m27")->isEnabled());
+  window.Action("m27")->trigger();
+  tevo::app::Overlay_Window* form = window.Overlays();
+  ASSERT_NE(form, nullptr);
+  EXPECT_TRUE(form->isVisible());
+  EXPECT_FALSE(form->isModal());
+
+  // Two loads through the core, NMR1D_Form12 answered with its default, "CHEM".
+  for (const auto& [slot, path] :
+       {std::pair{1, tevo::test::Test_Data_File("jcamp-data-test@0.2.1/data/aspirin-1h.dx").string()},
+        std::pair{2, fid}}) {
+    const bool shot = slot == 1;
+    tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form12"; },
+                                  [shot](QWidget& w) {
+                                    if (shot) Save_Shot(&w, "NMR1D_Form12");
+                                    w.findChild<QPushButton*>("Command1")->click();
+                                  });
+    ASSERT_EQ(tevo::overlay::Load_Slot(s, slot, path), 0);
+  }
+  form->Refresh();
+  window.Refresh_State();
+  // The ASCII rows of the slots in use, and only those, are enabled.
+  EXPECT_TRUE(window.Action("m182_1")->isEnabled());
+  EXPECT_TRUE(window.Action("m182_2")->isEnabled());
+  EXPECT_FALSE(window.Action("m182_3")->isEnabled());
+  const int red = tevo::overlay::Slot_Colour(s, 1), blue = tevo::overlay::Slot_Colour(s, 2);
+  EXPECT_GT(Ink_Of(window.Plot(), red), 100);
+  EXPECT_GT(Ink_Of(window.Plot(), blue), 100);
+
+  // Slot 2's magnification typed, slot 3's raised by one press of its button.
+  auto* mag = form->findChild<QLineEdit*>("Text1_1");
+  ASSERT_NE(mag, nullptr);
+  mag->selectAll();
+  QTest::keyClicks(mag, "3");
+  QTest::keyClick(mag, Qt::Key_Return);
+  EXPECT_FLOAT_EQ(s.Overlay[1].Slot_Y_Mag, 3.0f);
+  auto* up = form->findChild<tevo::app::Hold_Button*>("Ymag_Up_2");
+  ASSERT_NE(up, nullptr);
+  QTest::mousePress(up, Qt::LeftButton);
+  QTest::mouseRelease(up, Qt::LeftButton);
+  EXPECT_FLOAT_EQ(s.Overlay[2].Slot_Y_Mag, 0.95f * 1.1f);
+  EXPECT_EQ(form->findChild<QLineEdit*>("Text1_2")->text(), "1.045");
+
+  // Compared intensities: every slot at the main scale, their own greyed.
+  form->findChild<QCheckBox*>("Check2")->click();
+  EXPECT_EQ(s.Overlay_Compare, 1);
+  EXPECT_FALSE(form->findChild<QLineEdit*>("Text1_1")->isEnabled());
+  EXPECT_FALSE(form->findChild<QPushButton*>("Ymag_Up_1")->isEnabled());
+  EXPECT_TRUE(form->findChild<QLineEdit*>("Text1_0")->isEnabled());
+  form->findChild<QCheckBox*>("Check2")->click();
+
+  // NMR1D_Form19 moves spectrum 3 to the empty row 5; 取り消し swaps back.
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form19"; },
+                                [](QWidget& w) {
+                                  w.findChild<QSpinBox*>("Text1")->setValue(3);
+                                  w.findChild<QSpinBox*>("Text2")->setValue(5);
+                                  w.findChild<QPushButton*>("Command1")->click();
+                                });
+  form->findChild<QPushButton*>("Command5")->click();
+  EXPECT_EQ(s.Overlay[2].Slot_Points, 0);
+  EXPECT_EQ(s.Overlay[4].Slot_File, fid);
+  EXPECT_EQ(form->findChild<QLabel*>("Label_File_4")->text(), "fid");
+  form->findChild<QPushButton*>("Command6")->click();
+  EXPECT_EQ(s.Overlay[2].Slot_File, fid);
+
+  // A new open with slots in use asks in NMR1D_Form23; "残す" keeps them.
+  s.Data_Saved = 1;
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form23"; },
+                                [](QWidget& w) {
+                                  Save_Shot(&w, "NMR1D_Form23");
+                                  w.findChild<QRadioButton*>("Option2")->setChecked(true);
+                                  w.findChild<QPushButton*>("Command1")->click();
+                                });
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  ASSERT_EQ(window.Open(fid), 0);
+  EXPECT_EQ(s.Overlay[1].Slot_File.substr(s.Overlay[1].Slot_File.size() - 3), ".dx");
+
+  QApplication::processEvents();
+  Save_Shot(form, "NMR1D_Form6");
+  Save_Shot(&window, "main_window_overlays");
+  form->close();
+  s.Data_Saved = 1;
+  EXPECT_TRUE(window.Try_Exit());
+}
+
 TEST(MainWindow, EveryEnabledMenuItemDoesSomething) {
   App();
   Started_Window started;
@@ -384,6 +494,8 @@ TEST(MainWindow, EveryEnabledMenuItemDoesSomething) {
   Click_When_Shown<tevo::app::Fid_Window>("Command3");
   ASSERT_EQ(window.Open(tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string()), 0);
   tevo::session::Set_RecentFile_Menu(s, s.Open_Name);
+  ASSERT_TRUE(tevo::overlay::Copy_Slot(s, 0, 1));  // a slot in use enables its rows
+  window.Refresh_State();
 
   // What an item may change: the mode, the view, the data, the lists.
   const auto state = [&s] {
@@ -407,17 +519,30 @@ TEST(MainWindow, EveryEnabledMenuItemDoesSomething) {
     window.Refresh_View();
     const std::string before = state();
     auto windows = std::make_shared<int>(0);
-    // Every window the item opens is counted and closed (cancelled).
-    std::function<void()> close_windows = [&, windows] {
+    auto questions = std::make_shared<int>(0);
+    auto cancelling = std::make_shared<bool>(false);
+    // Every window the item opens is counted and closed (cancelled). A
+    // question is answered by its last button (the cancelling one), and the
+    // next by its first, so that a window whose cancel asks "go back?"
+    // closes in the end; while a cancel waits for its question, only the
+    // question is answered.
+    std::function<void()> close_windows = [&, windows, questions, cancelling] {
       for (QWidget* w : QApplication::topLevelWidgets())
         if (w != &window && w->isVisible() && qobject_cast<QDialog*>(w)) {
-          ++*windows;
           if (auto* msg = qobject_cast<tevo::app::FormMsg*>(w)) {
-            QPushButton* last = nullptr;
-            for (auto* b : msg->findChildren<QPushButton*>()) last = b;
-            last->click();
-          } else {
-            static_cast<QDialog*>(w)->reject();
+            ++*windows;
+            const auto buttons = msg->findChildren<QPushButton*>();
+            (*questions)++ % 2 == 0 ? buttons.back()->click() : buttons.front()->click();
+          } else if (!*cancelling) {
+            // From the event loop, not inside this timer's slot: a timer
+            // does not fire again while its slot runs, and the question
+            // the cancel may ask needs it.
+            ++*windows;
+            *cancelling = true;
+            QTimer::singleShot(0, w, [w, cancelling] {
+              static_cast<QDialog*>(w)->reject();
+              *cancelling = false;
+            });
           }
         }
     };

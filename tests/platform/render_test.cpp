@@ -19,6 +19,7 @@
 #include "session/session.h"
 #include "signal/fid_processing.h"
 #include "support/test_support.h"
+#include "support/vendor_files.h"
 
 namespace tevo::platform {
 namespace {
@@ -155,6 +156,23 @@ TEST(Render, CommandWritesPngAndPdfWithRealJapaneseGlyphs) {
   fs::create_directories(keep);
   fs::copy_file(png, keep / "aspirin.png", fs::copy_options::overwrite_existing);
   fs::copy_file(pdf, keep / "aspirin.pdf", fs::copy_options::overwrite_existing);
+
+  // The JCAMP-DX spectrum of the same compound drawn over it in the first
+  // slot's colour; a "cent" overlay from a field 2 % off is refused.
+  const fs::path over = dir / "overlay.png";
+  ASSERT_EQ(render(over, " --size 800x500 --overlay " +
+                             Quoted(test::Test_Data_File("jcamp-data-test@0.2.1/data/aspirin-1h.dx"))),
+            0);
+  const QImage overlaid(QString::fromStdString(over.string()));
+  int red = 0;
+  for (int y = 0; y < overlaid.height(); ++y)
+    for (int x = 0; x < overlaid.width(); ++x) red += (overlaid.pixel(x, y) & 0xffffff) == 0xff0000;
+  EXPECT_GT(red, 300);
+  fs::copy_file(over, keep / "aspirin_overlay.png", fs::copy_options::overwrite_existing);
+  test::Vendor_Spec far;
+  far.spectrum = true;
+  far.observe_mhz = 300.13 * 1.02;
+  EXPECT_EQ(render(dir / "x.png", " --align cent --overlay " + Quoted(test::Build_Varian(dir / "far", far).Open())), 1);
 
   // A range that is no pair of numbers, or an unknown picture kind: refused.
   EXPECT_NE(render(dir / "x.png", " --range 5"), 0);
