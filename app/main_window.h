@@ -23,6 +23,7 @@ class Plot_Widget;
 class Basic_Toolbar;
 class Baseline_Panel;
 class Integral_Panel;
+class MultiView_Panel;
 class Peak_Panel;
 class Phase_Panel;
 class Reference_Panel;
@@ -47,6 +48,7 @@ class Main_Window : public QMainWindow {
   Baseline_Panel* Baseline() const { return baseline_; }
   Peak_Panel* Peaks() const { return peaks_; }
   Integral_Panel* Integrals() const { return integrals_; }
+  MultiView_Panel* Insets() const { return multiview_; }
 
   // The start-up steps that need the window's Ui (settings, user choice,
   // work marker, command line); the window is not shown yet. Not
@@ -114,6 +116,7 @@ class Main_Window : public QMainWindow {
   Baseline_Panel* baseline_ = nullptr;
   Peak_Panel* peaks_ = nullptr;
   Integral_Panel* integrals_ = nullptr;
+  MultiView_Panel* multiview_ = nullptr;
   QScrollBar* scroll_ = nullptr;
   bool setting_scroll_ = false;
   bool started_ = false;  // the start-up ran: the end writes settings and removes markers

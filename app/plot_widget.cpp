@@ -95,7 +95,8 @@ void Plot_Widget::mousePressEvent(QMouseEvent* event) {
   // without one.
   const int16_t mode = session_.Mode.Edit_Mode;
   const bool marks = (mode == session::Mode_Reference || mode == session::Mode_Baseline ||
-                      mode == session::Mode_Peak || mode == session::Mode_Integral) &&
+                      mode == session::Mode_Peak || mode == session::Mode_Integral ||
+                      mode == session::Mode_Inset) &&
                      session_.Disp_Points > 0;
   if (event->button() == Qt::LeftButton && (session_.Mouse_Tool != display::Tool_None || marks))
     drag_start_ = event->position().toPoint();
@@ -109,7 +110,9 @@ void Plot_Widget::mouseReleaseEvent(QMouseEvent* event) {
   const bool click = (end - drag_start_).manhattanLength() <= kClickSlack;
   const QPoint press = drag_start_;
   drag_start_ = QPoint(-1, -1);
-  if (session_.Mouse_Tool == display::Tool_None && session_.Mode.Edit_Mode != session::Mode_Reference) {
+  // The inset mode's tools are its own: it takes every press and release.
+  if ((session_.Mouse_Tool == display::Tool_None || session_.Mode.Edit_Mode == session::Mode_Inset) &&
+      session_.Mode.Edit_Mode != session::Mode_Reference) {
     emit edit_mouse(press, click ? press : end);
     return;
   }

@@ -33,6 +33,9 @@
 #include "hold_button.h"
 #include "integral_panel.h"
 #include "list_window.h"
+#include "multiview_panel.h"
+#include "display/inset_mode.h"
+#include "display/insets.h"
 #include "peak_panel.h"
 #include <QTableWidget>
 #include "display/view_commands.h"
@@ -643,6 +646,43 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   EXPECT_EQ(s.Mode.Edit_Mode, 0);
   EXPECT_EQ(s.Integrals.size(), 2u);
   EXPECT_FALSE(undo->isEnabled());
+
+  // Insets: entering the mode leaves the peak mode and checks m26 alone.
+  // After 新規 a window dragged over the spectrum makes an inset; a step of
+  // its X magnification and a drag inside it are undone exactly; 閉じる
+  // leaves the mode.
+  window.Action("m24")->trigger();
+  ASSERT_EQ(s.Mode.Edit_Mode, 4);
+  window.Action("m26")->trigger();
+  ASSERT_EQ(s.Mode.Edit_Mode, 6);
+  EXPECT_TRUE(window.Action("m26")->isChecked());
+  EXPECT_FALSE(window.Action("m24")->isChecked());
+  tevo::app::MultiView_Panel* insets = window.Insets();
+  EXPECT_TRUE(insets->isVisible());
+  insets->Button(1)->click();
+  Drag(plot, At_Ppm(plot, 8.3, mid_y), At_Ppm(plot, 6.8, mid_y));
+  ASSERT_EQ(s.Insets.size(), 1u);
+  EXPECT_EQ(s.Mouse_Tool, 0);
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(拡大図の追加)");
+  const tevo::Inset_Rec made = s.Insets[0];
+  button(insets, "MultiViewUpDown1_Up")->click();
+  EXPECT_FLOAT_EQ(s.Insets[0].Inset_X_Mag, tevo::display::Inset_Mag_Step(made.Inset_X_Mag, true));
+  EXPECT_EQ(insets->findChild<QLineEdit*>("MultiViewText1")->text().toStdString(),
+            tevo::Format_Number(s.Insets[0].Inset_X_Mag, "###0.0##"));
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(拡大図の横拡大)");
+  undo->trigger();
+  EXPECT_EQ(s.Insets[0], made);
+  const tevo::display::Inset_Box box = tevo::display::Inset_Rectangle(plot->Frame(), made);
+  const QPoint inside((box.left + box.right) / 2, (box.top + box.bottom) / 2);
+  Drag(plot, inside, inside + QPoint(120, -10));
+  EXPECT_EQ(tevo::display::Inset_Rectangle(plot->Frame(), s.Insets[0]).left, box.left + 120);
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(拡大図の移動)");
+  Save_Shot(&window, "mode_insets");
+  undo->trigger();
+  EXPECT_EQ(s.Insets[0], made);
+  button(insets, "MultiViewCommand1")->click();
+  EXPECT_EQ(s.Mode.Edit_Mode, 0);
+  EXPECT_FALSE(window.Action("m26")->isChecked());
 
   // The history: measured by the acquisition's owner at its ##$DATE
   // (1138699492 s after 1970 in UTC), transformed here, never saved.
