@@ -184,6 +184,7 @@ void Main_Window::Build_Edit_Panels() {
   connect(integrals_, &Integral_Panel::changed, this, edited);
   connect(multiview_, &MultiView_Panel::changed, this, edited);
   connect(multiview_, &MultiView_Panel::finished, this, &Main_Window::Refresh_State);
+  connect(plot_, &Plot_Widget::context_requested, multiview_, &MultiView_Panel::Context_Menu);
   connect(baseline_, &Baseline_Panel::finished, this, &Main_Window::Refresh_State);
   connect(peaks_, &Peak_Panel::finished, this, &Main_Window::Refresh_State);
   connect(integrals_, &Integral_Panel::finished, this, &Main_Window::Refresh_State);

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QToolButton>
 #include <cmath>
@@ -84,6 +85,10 @@ MultiView_Panel::MultiView_Panel(Session& session, Plot_Widget* plot, QWidget* p
   row->addSpacing(8);
   auto* close = Named_Button(this, "MultiViewCommand1", QStringLiteral("閉じる"));
   row->addWidget(close);
+  status_ = new QLabel(this);
+  status_->setObjectName("MultiViewStatus");
+  row->addSpacing(8);
+  row->addWidget(status_);
   row->addStretch();
   connect(close, &QPushButton::clicked, this, [this] {
     display::MultiViewCommand1_Click(session_);
@@ -133,6 +138,30 @@ void MultiView_Panel::Refresh() {
   for (int k : {3, 5, 9}) buttons_[k]->setEnabled(any);
   buttons_[1]->setChecked(session_.Mouse_Tool == display::Tool_Inset_New);
   buttons_[9]->setChecked(session_.Mouse_Tool == display::Tool_Inset_Range);
+  status_->setText(QString::fromStdString(display::Inset_Tool_Text(session_.Mouse_Tool)));
+}
+
+void MultiView_Panel::Context_Menu(QPoint at, QPoint global) {
+  bool corner = false;
+  const int hit = display::Inset_Hit(session_, plot_->Frame(), at.x(), at.y(), corner);
+  if (hit < 0) return;
+  QMenu menu(this);
+  menu.setObjectName("MultiViewMenu");
+  for (int16_t tool : {display::Tool_Inset_Move, display::Tool_Inset_Resize, display::Tool_Inset_Delete}) {
+    QAction* a = menu.addAction(QString::fromStdString(display::Inset_Tool_Text(tool)));
+    connect(a, &QAction::triggered, this, [this, hit, tool] { Context_Chosen(hit, tool); });
+  }
+  menu.exec(global);
+}
+
+void MultiView_Panel::Context_Chosen(int index, int16_t tool) {
+  session_.Inset_Cur = index;
+  if (tool == display::Tool_Inset_Delete)
+    display::Inset_Delete(session_, index);
+  else
+    session_.Mouse_Tool = tool;
+  Refresh();
+  emit changed();
 }
 
 void MultiView_Panel::Mouse_Up(QPoint press, QPoint release) {

@@ -10,6 +10,7 @@
 
 #include "session/session.h"
 
+class QLabel;
 class QLineEdit;
 class QToolButton;
 
@@ -24,6 +25,11 @@ class MultiView_Panel : public QWidget {
   // Shows the current inset's values (or a new one's) and the tools' state.
   void Refresh();
   void Mouse_Up(QPoint press, QPoint release);
+  // The context menu of the inset under a right click: "拡大図の移動",
+  // "拡大図の大きさ変更", "拡大図の削除"; and what a choice does (the tool
+  // of Mouse_Tool 25, 26 armed for that inset, or its deletion).
+  void Context_Menu(QPoint at, QPoint global);
+  void Context_Chosen(int index, int16_t tool);
   QToolButton* Button(int index) const;
 
  signals:
@@ -38,6 +44,7 @@ class MultiView_Panel : public QWidget {
   Plot_Widget* plot_;
   QToolButton* buttons_[10] = {};  // MultiViewToolbar_1 .. 9 by index
   QLineEdit* fields_[3] = {};  // MultiViewText1 .. 3
+  QLabel* status_ = nullptr;  // the armed inset tool's text
 };
 
 }  // namespace tevo::app

@@ -82,6 +82,10 @@ void Plot_Widget::paintEvent(QPaintEvent*) {
 }
 
 void Plot_Widget::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::RightButton && session_.Mode.Edit_Mode == session::Mode_Inset) {
+    emit context_requested(event->position().toPoint(), event->globalPosition().toPoint());
+    return;
+  }
   if (session_.Mode.Edit_Mode == session::Mode_Phase && session_.Mouse_Tool == display::Tool_None &&
       session_.Disp_Points > 0) {
     // Phase mode: a click places the pivot "pp" (left) or "p2" (right).

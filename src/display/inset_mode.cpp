@@ -219,6 +219,8 @@ bool Inset_Mouse(Session& s, const Plot_Frame& f, int px, int py, int rx, int ry
   }
   s.Inset_Cur = hit;
   if (click) return false;
+  // An armed move or resize tool serves one drag.
+  if (tool == Tool_Inset_Move || tool == Tool_Inset_Resize) s.Mouse_Tool = 0;
   if (tool == Tool_Inset_Resize || (tool != Tool_Inset_Move && corner)) {
     const Inset_Box b = Inset_Rectangle(f, s.Insets[static_cast<std::size_t>(hit)]);
     return Inset_Resize(s, f, hit, b.right + rx - px, b.bottom + ry - py);

@@ -680,6 +680,21 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   Save_Shot(&window, "mode_insets");
   undo->trigger();
   EXPECT_EQ(s.Insets[0], made);
+  // Its context menu: "拡大図の大きさ変更" arms the resize tool, named beside
+  // the panel, for one drag; "拡大図の削除" asks, removes, and undo restores.
+  insets->Context_Chosen(0, tevo::display::Tool_Inset_Resize);
+  EXPECT_EQ(insets->findChild<QLabel*>("MultiViewStatus")->text().toStdString(), "拡大図の大きさ変更");
+  Drag(plot, inside, inside + QPoint(60, 20));
+  EXPECT_EQ(tevo::display::Inset_Rectangle(plot->Frame(), s.Insets[0]).right, box.right + 60);
+  EXPECT_EQ(s.Mouse_Tool, 0);
+  undo->trigger();
+  Click_When_Shown<tevo::app::FormMsg>("Command1");
+  insets->Context_Chosen(0, tevo::display::Tool_Inset_Delete);
+  EXPECT_TRUE(s.Insets.empty());
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(拡大図の削除)");
+  undo->trigger();
+  ASSERT_EQ(s.Insets.size(), 1u);
+  EXPECT_EQ(s.Insets[0], made);
   button(insets, "MultiViewCommand1")->click();
   EXPECT_EQ(s.Mode.Edit_Mode, 0);
   EXPECT_FALSE(window.Action("m26")->isChecked());
