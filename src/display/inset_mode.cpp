@@ -65,7 +65,11 @@ double Inset_Mag_Step(double mag, bool up) {
 bool m26_Click(Session& s) {
   if (s.Mode.Edit_Mode == session::Mode_Inset) return false;
   if (!session::Enter_Mode(s, session::Mode_Inset)) return false;
-  s.Mode.handlers[session::Mode_Inset] = {nullptr, nullptr, [](Session& t) { t.Mouse_Tool = 0; }};
+  // Leaving disarms the tools and ends undo, as every mode does.
+  s.Mode.handlers[session::Mode_Inset] = {nullptr, nullptr, [](Session& t) {
+                                            t.Mouse_Tool = 0;
+                                            editing::Undo_Clear(t);
+                                          }};
   s.Inset_Cur = static_cast<int32_t>(s.Insets.size());
   s.Mouse_Tool = 0;
   return true;

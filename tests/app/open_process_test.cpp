@@ -698,6 +698,7 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   button(insets, "MultiViewCommand1")->click();
   EXPECT_EQ(s.Mode.Edit_Mode, 0);
   EXPECT_FALSE(window.Action("m26")->isChecked());
+  EXPECT_FALSE(undo->isEnabled());
 
   // The history: measured by the acquisition's owner at its ##$DATE
   // (1138699492 s after 1970 in UTC), transformed here, never saved.

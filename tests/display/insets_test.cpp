@@ -181,6 +181,7 @@ TEST(Insets, UndoOfAddMoveResizeAndDeleteRestoresTheRecordsExactly) {
   EXPECT_EQ(s.Insets, std::vector<Inset_Rec>(made.begin(), made.begin() + 2));
   MultiViewCommand1_Click(s);
   EXPECT_EQ(s.Mode.Edit_Mode, session::Mode_Basic);
+  EXPECT_FALSE(editing::Undo_Caption(s).enabled);
 }
 
 TEST(Insets, AspirinInsetDrawsItsOwnTraceAxisAndPeakValues) {
