@@ -8,6 +8,7 @@
 #include <QUrl>
 #include <QWheelEvent>
 
+#include "display/inset_mode.h"
 #include "display/paint.h"
 #include "display/view_commands.h"
 #include "platform/qt/qt_surface.h"
@@ -71,7 +72,13 @@ void Plot_Widget::paintEvent(QPaintEvent*) {
   if (drag_start_.x() >= 0 && cursor_x_ >= 0) {
     painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
     painter.setPen(QPen(Qt::white, 0, Qt::DotLine));
-    painter.drawRect(QRect(drag_start_, QPoint(cursor_x_, cursor_y_)).normalized());
+    // An inset being moved or resized shows where it goes; other drags a band.
+    display::Inset_Box box;
+    if (session_.Mode.Edit_Mode == session::Mode_Inset &&
+        display::Inset_Drag_Box(session_, frame_, drag_start_.x(), drag_start_.y(), cursor_x_, cursor_y_, box))
+      painter.drawRect(QRect(QPoint(box.left, box.top), QPoint(box.right, box.bottom)).normalized());
+    else
+      painter.drawRect(QRect(drag_start_, QPoint(cursor_x_, cursor_y_)).normalized());
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
   }
   if (cursor_x_ >= 0) {

@@ -232,6 +232,23 @@ bool Inset_Mouse(Session& s, const Plot_Frame& f, int px, int py, int rx, int ry
   return Inset_Move(s, f, hit, rx - px, ry - py);
 }
 
+bool Inset_Drag_Box(const Session& s, const Plot_Frame& f, int px, int py, int x, int y, Inset_Box& out) {
+  const int16_t tool = s.Mouse_Tool;
+  if (tool == Tool_Inset_New || tool == Tool_Inset_Range || tool == Tool_Inset_Delete) return false;
+  bool corner = false;
+  const int hit = Inset_Hit(s, f, px, py, corner);
+  if (hit < 0) return false;
+  out = Inset_Rectangle(f, s.Insets[static_cast<std::size_t>(hit)]);
+  if (tool == Tool_Inset_Resize || (tool != Tool_Inset_Move && corner)) {
+    out.right += x - px;
+    out.bottom += y - py;
+  } else {
+    for (int* v : {&out.left, &out.right}) *v += x - px;
+    for (int* v : {&out.top, &out.base, &out.axis, &out.bottom}) *v += y - py;
+  }
+  return true;
+}
+
 std::string Inset_Tool_Text(int16_t tool) {
   switch (tool) {
     case Tool_Inset_Move: return "拡大図の移動";

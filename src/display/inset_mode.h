@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 
+#include "display/insets.h"
 #include "display/plot_geometry.h"
 
 namespace tevo {
@@ -70,6 +71,11 @@ bool Inset_Delete(Session& s, int index);
 // resize it from its corner. True when the list changed.
 bool Inset_Mouse(Session& s, const Plot_Frame& f, int press_x, int press_y, int release_x,
                  int release_y);
+// The outline a drag from (press_x, press_y) to (x, y) shows: the inset
+// under the press moved, or resized from its corner, as Inset_Mouse would
+// leave it. False when the drag picks a window or starts on no inset.
+bool Inset_Drag_Box(const Session& s, const Plot_Frame& f, int press_x, int press_y, int x, int y,
+                    Inset_Box& out);
 // The status and context-menu text of an inset tool ("拡大図の移動" ...);
 // empty for the others.
 std::string Inset_Tool_Text(int16_t tool);

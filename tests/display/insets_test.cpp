@@ -145,9 +145,13 @@ TEST(Insets, UndoOfAddMoveResizeAndDeleteRestoresTheRecordsExactly) {
 
   // Drag the middle one by its inside: it moves by the drag; undo restores it.
   const Inset_Box b = Inset_Rectangle(f, s.Insets[1]);
-  ASSERT_TRUE(Inset_Mouse(s, f, (b.left + b.right) / 2, (b.top + b.bottom) / 2, (b.left + b.right) / 2 - 40,
-                          (b.top + b.bottom) / 2 + 30));
+  const int cx = (b.left + b.right) / 2, cy = (b.top + b.bottom) / 2;
+  Inset_Box outline;
+  ASSERT_TRUE(Inset_Drag_Box(s, f, cx, cy, cx - 40, cy + 30, outline));
+  ASSERT_TRUE(Inset_Mouse(s, f, cx, cy, cx - 40, cy + 30));
   const Inset_Box moved = Inset_Rectangle(f, s.Insets[1]);
+  EXPECT_EQ(outline.left, moved.left);
+  EXPECT_EQ(outline.bottom, moved.bottom);
   EXPECT_EQ(moved.left, b.left - 40);
   EXPECT_EQ(moved.bottom, b.bottom + 30);
   EXPECT_EQ(editing::Undo_Caption(s).caption, "取り消し(拡大図の移動)");
