@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "display/axis.h"
+#include "display/label_text.h"
 #include "display/paint.h"
 #include "display/peak_labels.h"
 #include "display/spectrum_trace.h"
@@ -63,12 +64,14 @@ void Draw_Inset_Integrals(Session& s, Surface& surf, const Inset_Rec& r, const I
   s.Integ_Scale = scale;
 }
 
-// A short upright mark over each peak of the inset's window.
+// A short upright mark over each peak of the inset's window, with the
+// peak's number above it (numbers = true) in the inset's peak font.
 void Draw_Inset_Tops(Session& s, Surface& surf, const Inset_Rec& r, const Inset_Box& b,
-                     double full, double offset, Colour colour) {
+                     double full, double offset, Colour colour, bool numbers, double ppp) {
   surf.Set_Raster_Op(Raster_Op::Xor);
   surf.Set_Pen(platform::Pen_Style::Solid, 1, colour);
-  for (const Peak_Rec& pk : s.Peaks) {
+  for (std::size_t i = 0; i < s.Peaks.size(); ++i) {
+    const Peak_Rec& pk = s.Peaks[i];
     const double ppm = pk.Freq_Hz / s.Spectrum_Frequency + s.Spec_Axis[0];
     const int x = Round_Pixel(X_To_Pixel(ppm, r.Inset_Left, r.Inset_Right, b.left, b.right));
     if (x <= b.left || x >= b.right) continue;
@@ -76,6 +79,12 @@ void Draw_Inset_Tops(Session& s, Surface& surf, const Inset_Rec& r, const Inset_
     const int y = std::max(Round_Pixel(Y_To_Pixel(at.height, b.base, b.top, full, offset)), b.top + 12);
     surf.Move_To(x, y - 12);
     surf.Line_To(x, y - 2);
+    if (!numbers) continue;
+    const std::string text = std::to_string(i + 1);
+    const Label_Size size = Measure_Label(surf, text, r.Peak_Font, ppp);
+    int y_end = 0;
+    Draw_Xor_Text(surf, x - size.width / 2, y - 14 - size.height, y_end, text, colour, r.Peak_Font, ppp);
+    surf.Set_Pen(platform::Pen_Style::Solid, 1, colour);
   }
 }
 
@@ -251,8 +260,9 @@ void Draw_Insets(Session& s, Surface& surf, const Plot_Frame& f, Colour backgrou
       MultiView_Axis_X(s, surf, Ppm_To_Unit(s, r.Inset_Left, r.Unit), Ppm_To_Unit(s, r.Inset_Right, r.Unit),
                        b.left, b.right, b.axis, axis_bottom, i, ppp);
     if (r.Show_Values) Draw_Inset_Peak_Labels(s, surf, f, i, axis_bottom);
-    if (r.Show_Tops)
-      Draw_Inset_Tops(s, surf, r, b, full, offset, Setting_Colour(s, "DISP PEAKTOP COL", 0x0000FF) ^ background);
+    if (r.Show_Tops || r.Show_Numbers)
+      Draw_Inset_Tops(s, surf, r, b, full, offset, Setting_Colour(s, "DISP PEAKTOP COL", 0x0000FF) ^ background,
+                      r.Show_Numbers != 0, ppp);
   }
   surf.Set_Raster_Op(Raster_Op::Copy);
 }

@@ -55,8 +55,8 @@ void Draw_Inset_Peak_Labels(Session& s, platform::Surface& surf, const Plot_Fram
 
 // Every inset over the picture: fill (Opaque), border (Show_Border, or a
 // thin one in "DISP MULTWAKUCOL" in the inset mode), a second box around
-// the current one in the mode, the trace, integrals, axis, peak values and
-// top marks by the inset's switches.
+// the current one in the mode, the trace, integrals, axis, peak values, top
+// marks and peak numbers by the inset's switches.
 void Draw_Insets(Session& s, platform::Surface& surf, const Plot_Frame& f,
                  platform::Colour background);
 

@@ -206,6 +206,7 @@ TEST(Insets, AspirinInsetDrawsItsOwnTraceAxisAndPeakValues) {
   s.settings.Set("PEAK PICK DISP", 0);  // the main plot's own values would cover the inset
   s.settings.Set("MULTI PEAK POS", 1);  // values above the inset's trace, to two decimals
   s.settings.Set("MUL PEAK DIGIT", 2);
+  s.settings.Set("MUL PEAK NUM", 1);
 
   // The aromatic protons, 8.3 to 6.8 ppm, magnified into the empty upper left.
   constexpr int W = 1000, H = 700;
@@ -251,7 +252,10 @@ TEST(Insets, AspirinInsetDrawsItsOwnTraceAxisAndPeakValues) {
   RecordingSurface all(W, H, ppp * 72);
   Picture1_Paint(s, all);
   int axis_numbers = 0, values = 0;
+  std::vector<int> numbers;
   for (const Recorded_Op& op : all.Ops_Of(Recorded_Op::Kind::Text_Out)) {
+    if (op.angle != 900 && op.at.y > b.top && op.at.y < b.axis && op.at.x > b.left && op.at.x < b.right)
+      numbers.push_back(std::atoi(op.text.c_str()));  // a peak's number over its mark
     if (op.at.x < b.left - 20 || op.at.x > b.right + 20 || op.at.y < b.top || op.at.y > b.bottom + 200) continue;
     const std::size_t digit = op.text.find_first_of("0123456789");
     if (digit == std::string::npos) continue;
@@ -266,6 +270,14 @@ TEST(Insets, AspirinInsetDrawsItsOwnTraceAxisAndPeakValues) {
   }
   EXPECT_GE(axis_numbers, 3);
   EXPECT_GE(values, 4);
+  // The numbers are those of the peaks inside the window, in list order.
+  std::vector<int> inside;
+  for (std::size_t i = 0; i < s.Peaks.size(); ++i) {
+    const double ppm = s.Peaks[i].Freq_Hz / s.Spectrum_Frequency + s.Spec_Axis[0];
+    const int x = Round_Pixel(X_To_Pixel(ppm, r.Inset_Left, r.Inset_Right, b.left, b.right));
+    if (x > b.left && x < b.right) inside.push_back(static_cast<int>(i) + 1);
+  }
+  EXPECT_EQ(numbers, inside);
   // "x3.75" style text: the magnification is about 20 ppm of view over 1.5.
   EXPECT_NEAR(r.Inset_X_Scale, 0.4 * std::fabs(s.X_Left - s.X_Right) / 1.5, 0.05 * r.Inset_X_Scale);
 
