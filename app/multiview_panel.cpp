@@ -51,9 +51,9 @@ MultiView_Panel::MultiView_Panel(Session& session, Plot_Widget* plot, QWidget* p
   }
   row->addSpacing(8);
   Mag_Field(0, "MultiViewText1", "MultiViewUpDown1_Up", "MultiViewUpDown1_Down", display::Set_Inset_X_Mag,
-            &Inset_Rec::Inset_X_Mag);
+            display::Inset_X_Magnification);
   Mag_Field(1, "MultiViewText2", "MultiViewUpDown2_Up", "MultiViewUpDown2_Down", display::Set_Inset_Y_Mag,
-            &Inset_Rec::Inset_Y_Mag);
+            display::Inset_Y_Magnification);
   row->addWidget(new QLabel(QStringLiteral("Offset"), this));
   fields_[2] = Named_Field(this, "MultiViewText3");
   fields_[2]->setFixedWidth(72);
@@ -98,7 +98,8 @@ MultiView_Panel::MultiView_Panel(Session& session, Plot_Widget* plot, QWidget* p
 }
 
 void MultiView_Panel::Mag_Field(int k, const char* name, const char* up_name, const char* down_name,
-                                bool (*apply)(Session&, double), const float Inset_Rec::*field) {
+                                bool (*apply)(Session&, double),
+                                double (*shown)(const Session&, const Inset_Rec&)) {
   auto* row = static_cast<QHBoxLayout*>(layout());
   row->addWidget(new QLabel(k == 0 ? QStringLiteral("X倍率") : QStringLiteral("Y倍率"), this));
   fields_[k] = Named_Field(this, name);
@@ -115,9 +116,9 @@ void MultiView_Panel::Mag_Field(int k, const char* name, const char* up_name, co
     b->setObjectName(button);
     b->setAutoDefault(false);
     b->setMaximumWidth(b->fontMetrics().horizontalAdvance(QStringLiteral("▲")) + 16);
-    connect(b, &QPushButton::clicked, this, [this, apply, field, up = up] {
+    connect(b, &QPushButton::clicked, this, [this, apply, shown, up = up] {
       const Inset_Rec* cur = Current(session_);
-      if (cur != nullptr && apply(session_, display::Inset_Mag_Step(cur->*field, up))) emit changed();
+      if (cur != nullptr && apply(session_, display::Inset_Mag_Step(shown(session_, *cur), up))) emit changed();
       Refresh();
     });
     row->addWidget(b);

@@ -38,7 +38,7 @@ class MultiView_Panel : public QWidget {
 
  private:
   void Mag_Field(int k, const char* name, const char* up_name, const char* down_name,
-                 bool (*apply)(Session&, double), const float Inset_Rec::*field);
+                 bool (*apply)(Session&, double), double (*shown)(const Session&, const Inset_Rec&));
 
   Session& session_;
   Plot_Widget* plot_;

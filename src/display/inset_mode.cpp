@@ -308,6 +308,15 @@ bool Shift_Inset_Window(Session& s, bool left) {
   return true;
 }
 
+double Inset_X_Magnification(const Session& s, const Inset_Rec& r) {
+  const double window = std::fabs(static_cast<double>(r.Inset_Left) - r.Inset_Right);
+  return window > 0 ? std::fabs(static_cast<double>(s.X_Left) - s.X_Right) / window : 0;
+}
+
+double Inset_Y_Magnification(const Session& s, const Inset_Rec& r) {
+  return s.Y_Mag > 0 ? r.Inset_Y_Full / s.Y_Mag : 0;
+}
+
 Inset_Fields Inset_Field_Texts(const Session& s) {
   const Inset_Rec* cur = s.Inset_Cur >= 0 && s.Inset_Cur < static_cast<int32_t>(s.Insets.size())
                              ? &s.Insets[static_cast<std::size_t>(s.Inset_Cur)]
@@ -316,7 +325,8 @@ Inset_Fields Inset_Field_Texts(const Session& s) {
     const Inset_Rec r = New_Inset_Record(s);
     return {Format_Number(r.Inset_X_Mag, "###0.0##"), Format_Number(r.Inset_Y_Mag, "##0.0##"), "0"};
   }
-  return {Format_Number(cur->Inset_X_Mag, "###0.0##"), Format_Number(cur->Inset_Y_Mag, "##0.0##"),
+  return {Format_Number(Inset_X_Magnification(s, *cur), "###0.0##"),
+          Format_Number(Inset_Y_Magnification(s, *cur), "##0.0##"),
           Format_Number(cur->Inset_Y_Offset, "#0.0####")};
 }
 

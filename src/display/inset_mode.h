@@ -9,6 +9,7 @@
 
 #include "display/insets.h"
 #include "display/plot_geometry.h"
+#include "session/records.h"
 
 namespace tevo {
 struct Session;
@@ -96,6 +97,11 @@ bool Step_Inset_Offset(Session& s, bool up);
 // Moves the window by 1 % of its width per step, to higher ppm for
 // MultiView_X_Left (left = true).
 bool Shift_Inset_Window(Session& s, bool left);
+
+// An inset's magnifications as the fields show them: the main view's width
+// over its window's, and Inset_Y_Full over Y_Mag (0 where undefined).
+double Inset_X_Magnification(const Session& s, const Inset_Rec& r);
+double Inset_Y_Magnification(const Session& s, const Inset_Rec& r);
 
 // Texts of the three fields for the current inset, or a new one's defaults.
 struct Inset_Fields {

@@ -666,9 +666,10 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   EXPECT_EQ(undo->text().toStdString(), "取り消し(拡大図の追加)");
   const tevo::Inset_Rec made = s.Insets[0];
   button(insets, "MultiViewUpDown1_Up")->click();
-  EXPECT_FLOAT_EQ(s.Insets[0].Inset_X_Mag, tevo::display::Inset_Mag_Step(made.Inset_X_Mag, true));
+  const double stepped = tevo::display::Inset_Mag_Step(tevo::display::Inset_X_Magnification(s, made), true);
+  EXPECT_NEAR(tevo::display::Inset_X_Magnification(s, s.Insets[0]), stepped, 1e-4);
   EXPECT_EQ(insets->findChild<QLineEdit*>("MultiViewText1")->text().toStdString(),
-            tevo::Format_Number(s.Insets[0].Inset_X_Mag, "###0.0##"));
+            tevo::Format_Number(stepped, "###0.0##"));
   EXPECT_EQ(undo->text().toStdString(), "取り消し(拡大図の横拡大)");
   undo->trigger();
   EXPECT_EQ(s.Insets[0], made);
