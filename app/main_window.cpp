@@ -31,6 +31,10 @@
 #include "editing/peaks.h"
 #include "editing/undo.h"
 #include "integral_panel.h"
+#include "multiview_panel.h"
+#include "display/inset_mode.h"
+#include "display/insets.h"
+#include "display/style.h"
 #include "peak_panel.h"
 #include "datafiles/open_file.h"
 #include "display/view_commands.h"
@@ -174,8 +178,7 @@ void Main_Window::Build_Panels() {
     } else if (std::string(name) == "IntegralToolbar") {
       panel = integrals_;
     } else {
-      panel = new QWidget(panels_);
-      panel->setObjectName(name);
+      panel = multiview_;
     }
     panels_->addWidget(panel);
   }
@@ -185,6 +188,7 @@ void Main_Window::Build_Edit_Panels() {
   baseline_ = new Baseline_Panel(session_, plot_, panels_);
   peaks_ = new Peak_Panel(session_, plot_, panels_);
   integrals_ = new Integral_Panel(session_, plot_, panels_);
+  multiview_ = new MultiView_Panel(session_, plot_, panels_);
   const auto edited = [this] {
     Refresh_Edits();
     Refresh_View();
@@ -192,6 +196,9 @@ void Main_Window::Build_Edit_Panels() {
   connect(baseline_, &Baseline_Panel::changed, this, edited);
   connect(peaks_, &Peak_Panel::changed, this, edited);
   connect(integrals_, &Integral_Panel::changed, this, edited);
+  connect(multiview_, &MultiView_Panel::changed, this, edited);
+  connect(multiview_, &MultiView_Panel::finished, this, &Main_Window::Refresh_State);
+  connect(plot_, &Plot_Widget::context_requested, multiview_, &MultiView_Panel::Context_Menu);
   connect(baseline_, &Baseline_Panel::finished, this, &Main_Window::Refresh_State);
   connect(peaks_, &Peak_Panel::finished, this, &Main_Window::Refresh_State);
   connect(integrals_, &Integral_Panel::finished, this, &Main_Window::Refresh_State);
@@ -200,6 +207,7 @@ void Main_Window::Build_Edit_Panels() {
       case session::Mode_Baseline: return baseline_->Mouse_Up(press, release);
       case session::Mode_Peak: return peaks_->Mouse_Up(press, release);
       case session::Mode_Integral: return integrals_->Mouse_Up(press, release);
+      case session::Mode_Inset: return multiview_->Mouse_Up(press, release);
       default: return;
     }
   });
@@ -212,6 +220,7 @@ void Main_Window::Refresh_Edits() {
   baseline_->Refresh();
   peaks_->Refresh();
   integrals_->Refresh();
+  multiview_->Refresh();
 }
 
 void Main_Window::Connect_Commands() {
@@ -297,6 +306,17 @@ void Main_Window::Connect_Commands() {
     editing::m25_Click(session_);
     Refresh_State();
   });
+  connect(Action("m26"), &QAction::triggered, this, [this] {
+    display::m26_Click(session_);
+    Refresh_State();
+  });
+  // The array view: all rows stacked in one frame, or the current row alone.
+  Action("m341")->setCheckable(true);
+  connect(Action("m341"), &QAction::triggered, this, [this] {
+    const bool on = display::Setting_Int(session_, "DISP ARRAY MODE", 0) != 0;
+    display::Store_Setting(session_, "DISP ARRAY MODE", on ? 0 : 1);
+    Refresh_State();
+  });
   Action("m20")->setShortcut(QKeySequence::Undo);
   connect(Action("m20"), &QAction::triggered, this, [this] {
     editing::Undo_Step(session_);
@@ -325,6 +345,7 @@ void Main_Window::Refresh_State() {
       {"m24", session::Mode_Peak},      {"m25", session::Mode_Integral}, {"m26", session::Mode_Inset}};
   for (const auto& [id, mode] : mode_items) Action(id)->setChecked(session_.Mode.Edit_Mode == mode);
   Action("m34")->setChecked(session_.Show_Magnitude != 0);
+  Action("m341")->setChecked(display::Setting_Int(session_, "DISP ARRAY MODE", 0) != 0);
   Action("m38")->setCheckable(true);
   Action("m38")->setChecked(session_.Show_Distance == 1);
   for (const session::Layer_Switch& l : session::Layer_Switches())
@@ -338,6 +359,8 @@ void Main_Window::Refresh_State() {
 }
 
 void Main_Window::Refresh_View() {
+  // The magnification under each inset follows the main X window.
+  display::Refresh_Inset_Scale(session_);
   basic_->Refresh();
   const display::Scroll_State bar = display::Scroll_From_View(session_);
   setting_scroll_ = true;

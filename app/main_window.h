@@ -23,6 +23,7 @@ class Plot_Widget;
 class Basic_Toolbar;
 class Baseline_Panel;
 class Integral_Panel;
+class MultiView_Panel;
 class Peak_Panel;
 class Phase_Panel;
 class Reference_Panel;
@@ -50,6 +51,7 @@ class Main_Window : public QMainWindow {
   Integral_Panel* Integrals() const { return integrals_; }
   // NMR1D_Form6 once m27 has opened it.
   Overlay_Window* Overlays() const { return overlays_; }
+  MultiView_Panel* Insets() const { return multiview_; }
 
   // The start-up steps that need the window's Ui (settings, user choice,
   // work marker, command line); the window is not shown yet. Not
@@ -120,6 +122,7 @@ class Main_Window : public QMainWindow {
   Peak_Panel* peaks_ = nullptr;
   Integral_Panel* integrals_ = nullptr;
   Overlay_Window* overlays_ = nullptr;  // NMR1D_Form6
+  MultiView_Panel* multiview_ = nullptr;
   QScrollBar* scroll_ = nullptr;
   bool setting_scroll_ = false;
   bool started_ = false;  // the start-up ran: the end writes settings and removes markers

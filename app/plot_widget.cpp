@@ -8,6 +8,7 @@
 #include <QUrl>
 #include <QWheelEvent>
 
+#include "display/inset_mode.h"
 #include "display/paint.h"
 #include "display/view_commands.h"
 #include "platform/qt/qt_surface.h"
@@ -71,7 +72,13 @@ void Plot_Widget::paintEvent(QPaintEvent*) {
   if (drag_start_.x() >= 0 && cursor_x_ >= 0) {
     painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
     painter.setPen(QPen(Qt::white, 0, Qt::DotLine));
-    painter.drawRect(QRect(drag_start_, QPoint(cursor_x_, cursor_y_)).normalized());
+    // An inset being moved or resized shows where it goes; other drags a band.
+    display::Inset_Box box;
+    if (session_.Mode.Edit_Mode == session::Mode_Inset &&
+        display::Inset_Drag_Box(session_, frame_, drag_start_.x(), drag_start_.y(), cursor_x_, cursor_y_, box))
+      painter.drawRect(QRect(QPoint(box.left, box.top), QPoint(box.right, box.bottom)).normalized());
+    else
+      painter.drawRect(QRect(drag_start_, QPoint(cursor_x_, cursor_y_)).normalized());
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
   }
   if (cursor_x_ >= 0) {
@@ -82,6 +89,10 @@ void Plot_Widget::paintEvent(QPaintEvent*) {
 }
 
 void Plot_Widget::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::RightButton && session_.Mode.Edit_Mode == session::Mode_Inset) {
+    emit context_requested(event->position().toPoint(), event->globalPosition().toPoint());
+    return;
+  }
   if (session_.Mode.Edit_Mode == session::Mode_Phase && session_.Mouse_Tool == display::Tool_None &&
       session_.Disp_Points > 0) {
     // Phase mode: a click places the pivot "pp" (left) or "p2" (right).
@@ -95,7 +106,8 @@ void Plot_Widget::mousePressEvent(QMouseEvent* event) {
   // without one.
   const int16_t mode = session_.Mode.Edit_Mode;
   const bool marks = (mode == session::Mode_Reference || mode == session::Mode_Baseline ||
-                      mode == session::Mode_Peak || mode == session::Mode_Integral) &&
+                      mode == session::Mode_Peak || mode == session::Mode_Integral ||
+                      mode == session::Mode_Inset) &&
                      session_.Disp_Points > 0;
   if (event->button() == Qt::LeftButton && (session_.Mouse_Tool != display::Tool_None || marks))
     drag_start_ = event->position().toPoint();
@@ -109,7 +121,9 @@ void Plot_Widget::mouseReleaseEvent(QMouseEvent* event) {
   const bool click = (end - drag_start_).manhattanLength() <= kClickSlack;
   const QPoint press = drag_start_;
   drag_start_ = QPoint(-1, -1);
-  if (session_.Mouse_Tool == display::Tool_None && session_.Mode.Edit_Mode != session::Mode_Reference) {
+  // The inset mode's tools are its own: it takes every press and release.
+  if ((session_.Mouse_Tool == display::Tool_None || session_.Mode.Edit_Mode == session::Mode_Inset) &&
+      session_.Mode.Edit_Mode != session::Mode_Reference) {
     emit edit_mouse(press, click ? press : end);
     return;
   }

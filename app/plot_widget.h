@@ -38,6 +38,8 @@ class Plot_Widget : public QWidget {
   // A press and its release in the baseline, peak or integral mode, in
   // widget pixels (the same spot for a click).
   void edit_mouse(QPoint press, QPoint release);
+  // A right click in the inset mode, for the inset's context menu.
+  void context_requested(QPoint at, QPoint global);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -1,10 +1,13 @@
 // tevo1d-cli render PATH -o OUT.png|.bmp|.pdf|.svg [--size WxH] [--range LEFT,RIGHT]
-//                  [--overlay FILE ...] [--align chem|cent]
+//                  [--overlay FILE ...] [--align chem|cent] [--stack [--ratio X,Y]]
 // The main window's plot of any data file the open command reads (a FID is
 // transformed first), painted by the window's own paint routine into an
 // image or a vector file, with the window's caption line at the top. Each
 // --overlay file is read into the next overlay slot, as the overlay
-// window's "読込" does, and drawn in that slot's colour and place.
+// window's "読込" does, and drawn in that slot's colour and place. With
+// --stack an array data set is drawn as the window's array view, all rows
+// stacked by "X AXIS RATIO" and "Y AXIS RATIO" of the settings or by --ratio.
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
@@ -68,8 +71,9 @@ int Read_Overlays(Session& s, const std::vector<std::string>& files, overlay::Sl
 
 void Register_Render(CLI::App& app, Context& ctx) {
   auto* cmd = app.add_subcommand("render", "paint the main plot of a data file into a picture");
-  static std::string path, out, size = "1600x1000", range, align = "chem";
+  static std::string path, out, size = "1600x1000", range, align = "chem", ratio;
   static std::vector<std::string> overlays;
+  static bool stack = false;
   cmd->add_option("PATH", path, "data file")->required();
   cmd->add_option("-o,--output", out, "picture: .png, .bmp, .pdf or .svg")->required();
   cmd->add_option("--size", size, "width x height in pixels (default 1600x1000)");
@@ -77,11 +81,15 @@ void Register_Render(CLI::App& app, Context& ctx) {
   cmd->add_option("--overlay", overlays, "spectra drawn over the main one, slots 2 .. 10")->expected(1, 9);
   cmd->add_option("--align", align, "overlay axes by chemical shift or by carrier")
       ->check(CLI::IsMember({"chem", "cent"}));
+  cmd->add_flag("--stack", stack, "draw all rows of an array data set as a stack");
+  cmd->add_option("--ratio", ratio, "X,Y shift of the last row of the stack, parts of the frame");
   cmd->callback([&ctx] {
     int w = 0, h = 0;
     double left = 0, right = 0;
-    if (!Parse_Size(size, w, h) || (!range.empty() && !Parse_Range(range, left, right))) {
-      std::cerr << "render: bad --size or --range\n";
+    double x_ratio = 0, y_ratio = 0;
+    if (!Parse_Size(size, w, h) || (!range.empty() && !Parse_Range(range, left, right)) ||
+        (!ratio.empty() && (!Parse_Range(ratio, x_ratio, y_ratio) || std::fabs(x_ratio) >= 1))) {
+      std::cerr << "render: bad --size, --range or --ratio\n";
       ctx.exit_code = Exit_Usage;
       return;
     }
@@ -108,6 +116,16 @@ void Register_Render(CLI::App& app, Context& ctx) {
     if (st != 0) {
       ctx.exit_code = Exit_From_Status(st);
       return;
+    }
+    if (stack && s.Array_Rows < 2) {
+      std::cerr << "render: " << path << " holds a single row; --stack needs array data\n";
+      ctx.exit_code = Exit_Refused;
+      return;
+    }
+    if (stack) display::Store_Setting(s, "DISP ARRAY MODE", 1);
+    if (!ratio.empty()) {
+      display::Store_Setting(s, "X AXIS RATIO", x_ratio);
+      display::Store_Setting(s, "Y AXIS RATIO", y_ratio);
     }
     Build_Disp_Arrays(s, 0);
     display::View_After_Load(s);

@@ -24,36 +24,50 @@ Axis_Limits View_In_Axis_Unit(const Session& s) {
   return {Ppm_To_Unit(s, s.X_Left, s.Axis_Unit), Ppm_To_Unit(s, s.X_Right, s.Axis_Unit)};
 }
 
+Axis_Style Main_Axis_Style(const Session& s) {
+  Axis_Style a;
+  a.font = Setting_Font(s, "DISP AXFONT", 9);
+  a.colour = Setting_Colour(s, "DISP X-AXIS COL", 0);
+  a.width = Round_Pixel(Setting_Num(s, "DISP AXIS WIDTH", 1));
+  a.unit = s.Axis_Unit;
+  a.unit_pos = Setting_Int(s, "DISP UNIT POS", 3);
+  if (Setting_Int(s, "DISP AXIS MODE", 0) != 0) {
+    const bool hz = s.Axis_Unit != 0;
+    a.fixed = true;
+    a.step = Setting_Num(s, hz ? "DISP TIC STEP2" : "DISP TIC STEP", hz ? 500 : 1);
+    a.minor = Setting_Num(s, hz ? "DISP TIC INC2" : "DISP TIC INC", hz ? 100 : 0.2);
+    if (s.Axis_Unit == 2) {
+      a.step *= 0.001;
+      a.minor *= 0.001;
+    }
+  }
+  return a;
+}
+
 void Draw_Axis_X(Session& s, platform::Surface& surf, double left, double right, int x0, int x1,
                  int y, int& bottom, double pixel_per_point) {
-  const Font_Rec font = Setting_Font(s, "DISP AXFONT", 9);
-  const platform::Colour colour = Setting_Colour(s, "DISP X-AXIS COL", 0);
+  Draw_Axis_Styled(surf, Main_Axis_Style(s), left, right, x0, x1, y, bottom, pixel_per_point);
+}
+
+void Draw_Axis_Styled(platform::Surface& surf, const Axis_Style& style, double left, double right,
+                      int x0, int x1, int y, int& bottom, double pixel_per_point) {
+  const Font_Rec& font = style.font;
+  const platform::Colour colour = style.colour;
   const double h = Text_Height(surf, "X", font, pixel_per_point);
 
   surf.Set_Raster_Op(platform::Raster_Op::Copy);
-  surf.Set_Pen(platform::Pen_Style::Solid, Round_Pixel(Setting_Num(s, "DISP AXIS WIDTH", 1)),
-               colour);
+  surf.Set_Pen(platform::Pen_Style::Solid, style.width, colour);
   surf.Move_To(x0, y);
   surf.Line_To(x1, y);
   bottom = Round_Pixel(y + 0.6 * h);
   const int major_end = Round_Pixel(y + 0.5 * h);
   const int minor_end = Round_Pixel(y + 0.3 * h);
 
-  Tick_Plan plan;
-  if (Setting_Int(s, "DISP AXIS MODE", 0) != 0) {
-    const bool hz = s.Axis_Unit != 0;
-    double step = Setting_Num(s, hz ? "DISP TIC STEP2" : "DISP TIC STEP", hz ? 500 : 1);
-    double minor = Setting_Num(s, hz ? "DISP TIC INC2" : "DISP TIC INC", hz ? 100 : 0.2);
-    if (s.Axis_Unit == 2) {
-      step *= 0.001;
-      minor *= 0.001;
-    }
-    plan = Fixed_Tick_Plan(left, right, step, minor);
-  } else {
-    plan = Auto_Tick_Plan(left, right, x0, x1, font.Charset, [&](const std::string& t) {
-      return static_cast<double>(Measure_Label(surf, t, font, pixel_per_point).width);
-    });
-  }
+  const Tick_Plan plan =
+      style.fixed ? Fixed_Tick_Plan(left, right, style.step, style.minor)
+                  : Auto_Tick_Plan(left, right, x0, x1, font.Charset, [&](const std::string& t) {
+                      return static_cast<double>(Measure_Label(surf, t, font, pixel_per_point).width);
+                    });
   const double step = plan.step;
   if (step == 0 || right == left) return;
 
@@ -69,8 +83,7 @@ void Draw_Axis_X(Session& s, platform::Surface& surf, double left, double right,
       const std::string label = Tick_Label_Text(v, left, right, step, font.Charset);
       const Label_Size size = Measure_Label(surf, label, font, pixel_per_point);
       Draw_Label(surf, px - size.width / 2, major_end, label, font, colour, pixel_per_point);
-      surf.Set_Pen(platform::Pen_Style::Solid, Round_Pixel(Setting_Num(s, "DISP AXIS WIDTH", 1)),
-                   colour);
+      surf.Set_Pen(platform::Pen_Style::Solid, style.width, colour);
       bottom = major_end + size.height;
     }
     if (plan.minor == 0) continue;
@@ -84,9 +97,9 @@ void Draw_Axis_X(Session& s, platform::Surface& surf, double left, double right,
     }
   }
 
-  const int pos = Setting_Int(s, "DISP UNIT POS", 3);
+  const int pos = style.unit_pos;
   if (pos >= 1 && pos <= 3) {
-    const char* unit = s.Axis_Unit == 1 ? "Hz" : s.Axis_Unit == 2 ? "kHz" : "ppm";
+    const char* unit = style.unit == 1 ? "Hz" : style.unit == 2 ? "kHz" : "ppm";
     const std::string text = std::string(pos == 3 ? "\\< \\g1 d\\g0  / " : "\\< ") + unit;
     const Label_Size size = Measure_Label(surf, text, font, pixel_per_point);
     int ux = 0, uy = Round_Pixel(y - h);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/surface.h"
+#include "session/records.h"
 
 namespace tevo {
 struct Session;
@@ -14,6 +15,32 @@ struct Axis_Limits {
   double left = 0, right = 0;
 };
 Axis_Limits View_In_Axis_Unit(const Session& s);
+
+// How one x axis is drawn: its font, colour and pen width, fixed ticks
+// (step and minor step in the axis unit) or searched ones, the unit it
+// counts in (0 ppm, 1 Hz, 2 kHz) and where its unit label stands
+// (1 left, 2 right, 3 centred below, 0 none).
+struct Axis_Style {
+  Font_Rec font;
+  platform::Colour colour = 0;
+  int width = 1;
+  bool fixed = false;
+  double step = 0, minor = 0;
+  int16_t unit = 0;
+  int unit_pos = 3;
+};
+
+// The main plot's axis from the settings: "DISP AXFONT", "DISP X-AXIS COL",
+// "DISP AXIS WIDTH", "DISP AXIS MODE" with "DISP TIC STEP"/"DISP TIC INC"
+// (the "2" pair for Hz and kHz), "DISP UNIT POS".
+Axis_Style Main_Axis_Style(const Session& s);
+
+// Draws an axis at height y from x0 to x1 for the values left..right (in
+// the style's unit): base line, major ticks with numbers, minor ticks, the
+// unit label. Searched ticks are spaced so that the numbers don't collide.
+// `bottom` receives the lowest y used.
+void Draw_Axis_Styled(platform::Surface& surf, const Axis_Style& style, double left, double right,
+                      int x0, int x1, int y, int& bottom, double pixel_per_point);
 
 // Draws the main axis at height y from x0 to x1 for the values left..right
 // (in the axis unit): base line, major ticks with numbers, minor ticks, the

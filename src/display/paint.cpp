@@ -4,7 +4,9 @@
 #include <cmath>
 #include <span>
 
+#include "display/array_stack.h"
 #include "display/axis.h"
+#include "display/insets.h"
 #include "display/label_text.h"
 #include "display/peak_labels.h"
 #include "display/spectrum_trace.h"
@@ -378,7 +380,11 @@ Paint_Result Picture1_Paint(Session& s, Surface& surf) {
       Draw_Grid(s, surf, lim.left, lim.right, ylow, ylow + q, f.Frame_Left, f.Frame_Right,
                 f.Frame_Base, f.Frame_Top);
     }
-    if (loaded) {
+    if (loaded && array_view) {
+      Draw_Spec_Array(s, surf, s.X_Left, s.X_Right, f.Frame_Left, f.Frame_Right,
+                      f.Frame_Left_Last, f.Frame_Right_Last, s.Y_Full_Scale, s.Y_Offset,
+                      f.Frame_Base, f.Frame_Top, surf.Height(), Setting_Colour(s, "MAIN SPECT COL", 0));
+    } else if (loaded) {
       Draw_Main_Spectrum(s, surf, s.X_Left, s.X_Right, f.Frame_Left, f.Frame_Right,
                          s.Y_Full_Scale, s.Y_Offset, f.Frame_Base, f.Frame_Top, f.Frame_Bottom,
                          Setting_Colour(s, "MAIN SPECT COL", 0));
@@ -415,6 +421,8 @@ Paint_Result Picture1_Paint(Session& s, Surface& surf) {
       Draw_Peak_Labels(s, surf, f, f.Axis_Bottom);
     if (Setting_Int(s, "INTEGRAL DISP", 1) == 1 || s.Mode.Edit_Mode == 5)
       Draw_Integrals(s, surf, f);
+    if (Setting_Int(s, "MULTI VIEW DISP", 0) == 1 || s.Mode.Edit_Mode == 6)
+      Draw_Insets(s, surf, f, background);
     surf.Set_Raster_Op(Raster_Op::Xor);
     if (s.Show_Distance == 1) out.distance_text = Draw_Distance_Cursors(s, surf, f);
   }

@@ -85,42 +85,54 @@ std::vector<double> Peak_Reduction_Pos(std::span<const int> x, double W, int x0,
 }
 
 void Draw_Peak_Labels(Session& s, platform::Surface& surf, const Plot_Frame& f, int axis_bottom) {
-  if (s.Peaks.empty() || s.Spec_Points <= 0 || s.X_Left == s.X_Right) return;
-  const double ppp = f.Pixel_Per_Point;
-  const Font_Rec font = Setting_Font(s, "DISP PDFONT", 9);
+  Peak_Label_Style st;
+  st.font = Setting_Font(s, "DISP PDFONT", 9);
+  st.digits = Setting_Int(s, "DISP PEAK DIGIT", 2);
+  st.unit = static_cast<int16_t>(Setting_Int(s, "PEAK-VAL UNIT", 0));
+  st.axis_unit = s.Axis_Unit;
+  st.above = Setting_Int(s, "PEAK POSITION", 1) != 0;
+  st.text_colour = Setting_Colour(s, "DISP PEAK NUMCOL", 0);
+  st.line_colour = Setting_Colour(s, "DISP PEAK COL", 0);
+  st.line_width = Round_Pixel(Setting_Num(s, "DISP PEAK WIDTH", 1));
+  Draw_Peak_Values(s, surf, st, s.X_Left, s.X_Right, f.Frame_Left, f.Frame_Right, f.Frame_Top,
+                   f.Frame_Base, axis_bottom, f.Frame_Bottom * 30 / 1200, f.Pixel_Per_Point);
+}
+
+void Draw_Peak_Values(Session& s, platform::Surface& surf, const Peak_Label_Style& st,
+                      double left, double right, int x0, int x1, int top, int base,
+                      int axis_bottom, int gap, double ppp) {
+  if (s.Peaks.empty() || s.Spec_Points <= 0 || left == right) return;
+  const Font_Rec& font = st.font;
   const double h = Text_Height(surf, "X", font, ppp);
   const double W = font.Charset == 128 ? h : 0.75 * h;
   const int hh = Round_Pixel(0.5 * h);
-  const int x0 = f.Frame_Left, x1 = f.Frame_Right;
-  const int16_t unit = static_cast<int16_t>(Setting_Int(s, "PEAK-VAL UNIT", 0));
-  const std::string format = Number_Format(Setting_Int(s, "DISP PEAK DIGIT", 2));
+  const int16_t unit = st.unit;
+  const std::string format = Number_Format(st.digits);
 
   std::vector<int> px;
   std::vector<std::string> text;
   std::vector<int> width;
   for (const Peak_Rec& pk : s.Peaks) {
     const double ppm = pk.Freq_Hz / s.Spectrum_Frequency + s.Spec_Axis[0];
-    px.push_back(Round_Pixel(X_To_Pixel(ppm, s.X_Left, s.X_Right, x0, x1)));
+    px.push_back(Round_Pixel(X_To_Pixel(ppm, left, right, x0, x1)));
     text.push_back("\\< " + Format_Number(Ppm_To_Unit(s, ppm, unit), format));
     width.push_back(Measure_Label(surf, text.back(), font, ppp).width);
   }
   const std::vector<double> label_x = Peak_Reduction_Pos(px, W, x0, x1);
 
-  const int sh = f.Frame_Bottom;
   int ys, ya, yb;
-  if (Setting_Int(s, "PEAK POSITION", 1) == 0) {
-    ys = axis_bottom + sh * 30 / 1200;
+  if (!st.above) {
+    ys = axis_bottom + gap;
     ya = axis_bottom;
     yb = ys;
   } else {
-    ys = f.Frame_Top;
+    ys = top;
     yb = ys;
     for (std::size_t i = 0; i < px.size(); ++i)
       if (px[i] > x0 && px[i] < x1) yb = std::max(yb, ys + width[i]);
-    ya = Round_Pixel(yb + (f.Frame_Base - f.Frame_Top) * 40 / 1000.0);
+    ya = Round_Pixel(yb + (base - top) * 40 / 1000.0);
   }
 
-  const platform::Colour num_colour = Setting_Colour(s, "DISP PEAK NUMCOL", 0);
   int last_x = -1;
   // The labels and their leaders are painted, not XOR-ed: the marks drawn
   // before them leave the surface in XOR, where black text would vanish.
@@ -128,17 +140,16 @@ void Draw_Peak_Labels(Session& s, platform::Surface& surf, const Plot_Frame& f, 
   for (std::size_t i = 0; i < px.size(); ++i) {
     if (px[i] <= x0 || px[i] >= x1) continue;
     const int lx = Round_Pixel(label_x[i]);
-    Draw_Label(surf, lx - hh, ys + width[i], text[i], font, num_colour, ppp, 90);
+    Draw_Label(surf, lx - hh, ys + width[i], text[i], font, st.text_colour, ppp, 90);
     last_x = lx;
   }
-  if (last_x >= 0 && unit != s.Axis_Unit) {
+  if (last_x >= 0 && unit != st.axis_unit) {
     const std::string u = unit == 1 ? "\\< Hz" : unit == 2 ? "\\< kHz" : "\\< ppm";
     const int w = Measure_Label(surf, u, font, ppp).width;
-    Draw_Label(surf, Round_Pixel(last_x - 1.5 * h) - hh, ys + w, u, font, num_colour, ppp, 90);
+    Draw_Label(surf, Round_Pixel(last_x - 1.5 * h) - hh, ys + w, u, font, st.text_colour, ppp, 90);
   }
 
-  surf.Set_Pen(platform::Pen_Style::Solid, Round_Pixel(Setting_Num(s, "DISP PEAK WIDTH", 1)),
-               Setting_Colour(s, "DISP PEAK COL", 0));
+  surf.Set_Pen(platform::Pen_Style::Solid, st.line_width, st.line_colour);
   const int yc = Round_Pixel(0.2 * yb + 0.8 * ya), yd = Round_Pixel(0.8 * yb + 0.2 * ya);
   for (std::size_t i = 0; i < px.size(); ++i) {
     if (px[i] <= x0 || px[i] >= x1) continue;

@@ -128,7 +128,16 @@ void Stroke(platform::Surface& surf, std::span<const Point> v) {
 void Draw_Main_Spectrum(Session& s, platform::Surface& surf, double left, double right, int x0,
                         int x1, double full_scale, double offset, int base, int top, int bottom,
                         platform::Colour colour) {
-  if (s.Disp_Points <= 0 || s.Spec_Points <= 0 || s.Disp_Y.Empty()) return;
+  Draw_Spectrum_Row(s, surf, s.Row(), left, right, x0, x1, full_scale, offset, base, top, bottom,
+                    colour);
+}
+
+void Draw_Spectrum_Row(Session& s, platform::Surface& surf, int32_t row, double left, double right,
+                       int x0, int x1, double full_scale, double offset, int base, int top,
+                       int bottom, platform::Colour colour) {
+  if (s.Disp_Points <= 0 || s.Spec_Points <= 0 || s.Disp_Y.Empty() || row < 0 ||
+      row >= s.Array_Rows)
+    return;
   surf.Set_Raster_Op(platform::Raster_Op::Copy);
   // Display points per spectrum point: the select range is kept in points of
   // Spec_Re.
@@ -136,7 +145,7 @@ void Draw_Main_Spectrum(Session& s, platform::Surface& surf, double left, double
   const int64_t sel0 = s.Select_Start >= 0 ? s.Select_Start * f : -1;
   const int64_t sel1 = s.Select_End >= 0 ? s.Select_End * f : -1;
   const Trace_Vertices t =
-      Decimate_Trace(s.Disp_X, s.Disp_Y.Row(static_cast<std::size_t>(s.Row())), s.Disp_Points,
+      Decimate_Trace(s.Disp_X, s.Disp_Y.Row(static_cast<std::size_t>(row)), s.Disp_Points,
                      left, right, x0, x1, full_scale, offset, base, top, bottom, sel0, sel1);
   if (t.points.size() < 2) return;
   const int width = Round_Pixel(Setting_Num(s, "DISP SPEC WIDTH", 1));

@@ -48,6 +48,11 @@ void Draw_Main_Spectrum(Session& s, platform::Surface& surf, double left, double
                         int x1, double full_scale, double offset, int base, int top, int bottom,
                         platform::Colour colour);
 
+// The same for any row of Disp_Y.
+void Draw_Spectrum_Row(Session& s, platform::Surface& surf, int32_t row, double left, double right,
+                       int x0, int x1, double full_scale, double offset, int base, int top,
+                       int bottom, platform::Colour colour);
+
 // An overlay trace from its own arrays; nothing with fewer than two vertices.
 void Draw_Overlay_Trace(const Session& s, platform::Surface& surf, std::span<const float> x_values,
                         std::span<const float> y_values, int32_t count, double left, double right,

@@ -96,6 +96,13 @@ void Undo_Take_Integrals(Session& s, int16_t kind) {
   r.Cur = s.Integ_Cur;
 }
 
+void Undo_Take_Insets(Session& s, int16_t kind) {
+  Undo_Rec& r = Fresh_Record(s, kind);
+  r.Insets = s.Insets;
+  r.Count = static_cast<int32_t>(s.Insets.size());
+  r.Cur = s.Inset_Cur;
+}
+
 bool Undo_Step(Session& s) {
   const Undo_Rec& r = s.Undo_Stack[0];
   const auto n = static_cast<std::size_t>(std::max(r.Count, 0));
@@ -130,6 +137,9 @@ bool Undo_Step(Session& s) {
     s.Integ_Ref = r.Val[1];
     s.Integ_Ref_Index = Restore_Index(r.Val[2]);
     s.Integ_Cur = r.Cur;
+  } else if (r.Kind >= 61 && r.Kind <= 71) {
+    s.Insets = r.Insets;
+    s.Inset_Cur = r.Cur;
   } else {
     return false;
   }

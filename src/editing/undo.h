@@ -31,6 +31,16 @@ enum Undo_Kind : int16_t {
   Undo_Integ_Adjust = 57,
   Undo_Integ_Reference = 58,
   Undo_Integ_Trim = 59,
+  Undo_Inset_Delete = 61,
+  Undo_Inset_Move = 62,
+  Undo_Inset_Align = 63,
+  Undo_Inset_Add = 64,
+  Undo_Inset_Window = 65,
+  Undo_Inset_Shift = 66,
+  Undo_Inset_X_Mag = 67,
+  Undo_Inset_Y_Mag = 68,
+  Undo_Inset_Offset = 69,
+  Undo_Inset_Resize = 71,
 };
 
 // Moves every record one place down (record 20 falls off); record 0 is then
@@ -54,9 +64,14 @@ Undo_Menu Undo_Caption(const Session& s);
 void Undo_Take_Peaks(Session& s, int16_t kind);
 void Undo_Take_Baseline(Session& s, int16_t kind);
 void Undo_Take_Integrals(Session& s, int16_t kind);
+// The insets: the whole list of records as it stands and Cur Inset_Cur, so
+// that undoing an add removes the inset and undoing a delete puts it back
+// at its old place with the ones behind it moved up.
+void Undo_Take_Insets(Session& s, int16_t kind);
 
 // The core of m20_Click: restores the newest record by its kind (peaks,
-// baseline points with the subtraction re-run, integrals), then drops it.
+// baseline points with the subtraction re-run, integrals, insets), then
+// drops it.
 // False when there was nothing to undo or the kind is not one of these.
 bool Undo_Step(Session& s);
 

@@ -265,6 +265,7 @@ struct Undo_Rec {
   std::vector<float> Sub_A, Sub_B, Sub_C, Sub_D;  // up to 201 entries
   int32_t Count = 0;
   int32_t Cur = 0;
+  std::vector<Inset_Rec> Insets;  // the inset list as it was, whole records
 };
 
 }  // namespace tevo

@@ -57,9 +57,13 @@ TEST(MainWindow, MenuTreeCaptionsAndEnablingFollowTheData) {
   window.Refresh_State();
   EXPECT_TRUE(window.Action("m10")->isEnabled());
   EXPECT_TRUE(window.Action("m2")->isEnabled());
-  EXPECT_FALSE(window.Action("m6")->isEnabled());  // no array command is built yet
+  EXPECT_TRUE(window.Action("m341")->isEnabled());  // the array view, a check item
+  window.Action("m341")->trigger();
+  EXPECT_EQ(session.settings.Int("DISP ARRAY MODE"), 1);
+  EXPECT_TRUE(window.Action("m341")->isChecked());
+  EXPECT_FALSE(window.Action("m342")->isEnabled());
   // Commands without their code stay disabled, whatever the data.
-  for (const char* id : {"m20", "m26", "m14_1", "m32", "NM1D_m111"})
+  for (const char* id : {"m20", "m14_1", "m32", "NM1D_m111"})
     EXPECT_FALSE(window.Action(id)->isEnabled()) << id;
   EXPECT_TRUE(window.Action("m102")->isVisible());
   auto* file_menu = window.menuBar()->findChild<QMenu*>("NM1D_m1");

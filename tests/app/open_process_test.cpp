@@ -36,6 +36,9 @@
 #include "hold_button.h"
 #include "integral_panel.h"
 #include "list_window.h"
+#include "multiview_panel.h"
+#include "display/inset_mode.h"
+#include "display/insets.h"
 #include "peak_panel.h"
 #include <QTableWidget>
 #include "display/view_commands.h"
@@ -767,6 +770,60 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   button(integ, "IntegralCommand1")->click();
   EXPECT_EQ(s.Mode.Edit_Mode, 0);
   EXPECT_EQ(s.Integrals.size(), 2u);
+  EXPECT_FALSE(undo->isEnabled());
+
+  // Insets: entering the mode leaves the peak mode and checks m26 alone.
+  // After 新規 a window dragged over the spectrum makes an inset; a step of
+  // its X magnification and a drag inside it are undone exactly; 閉じる
+  // leaves the mode.
+  window.Action("m24")->trigger();
+  ASSERT_EQ(s.Mode.Edit_Mode, 4);
+  window.Action("m26")->trigger();
+  ASSERT_EQ(s.Mode.Edit_Mode, 6);
+  EXPECT_TRUE(window.Action("m26")->isChecked());
+  EXPECT_FALSE(window.Action("m24")->isChecked());
+  tevo::app::MultiView_Panel* insets = window.Insets();
+  EXPECT_TRUE(insets->isVisible());
+  insets->Button(1)->click();
+  Drag(plot, At_Ppm(plot, 8.3, mid_y), At_Ppm(plot, 6.8, mid_y));
+  ASSERT_EQ(s.Insets.size(), 1u);
+  EXPECT_EQ(s.Mouse_Tool, 0);
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(拡大図の追加)");
+  const tevo::Inset_Rec made = s.Insets[0];
+  button(insets, "MultiViewUpDown1_Up")->click();
+  const double stepped = tevo::display::Inset_Mag_Step(tevo::display::Inset_X_Magnification(s, made), true);
+  EXPECT_NEAR(tevo::display::Inset_X_Magnification(s, s.Insets[0]), stepped, 1e-4);
+  EXPECT_EQ(insets->findChild<QLineEdit*>("MultiViewText1")->text().toStdString(),
+            tevo::Format_Number(stepped, "###0.0##"));
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(拡大図の横拡大)");
+  undo->trigger();
+  EXPECT_EQ(s.Insets[0], made);
+  const tevo::display::Inset_Box box = tevo::display::Inset_Rectangle(plot->Frame(), made);
+  const QPoint inside((box.left + box.right) / 2, (box.top + box.bottom) / 2);
+  Drag(plot, inside, inside + QPoint(120, -10));
+  EXPECT_EQ(tevo::display::Inset_Rectangle(plot->Frame(), s.Insets[0]).left, box.left + 120);
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(拡大図の移動)");
+  Save_Shot(&window, "mode_insets");
+  undo->trigger();
+  EXPECT_EQ(s.Insets[0], made);
+  // Its context menu: "拡大図の大きさ変更" arms the resize tool, named beside
+  // the panel, for one drag; "拡大図の削除" asks, removes, and undo restores.
+  insets->Context_Chosen(0, tevo::display::Tool_Inset_Resize);
+  EXPECT_EQ(insets->findChild<QLabel*>("MultiViewStatus")->text().toStdString(), "拡大図の大きさ変更");
+  Drag(plot, inside, inside + QPoint(60, 20));
+  EXPECT_EQ(tevo::display::Inset_Rectangle(plot->Frame(), s.Insets[0]).right, box.right + 60);
+  EXPECT_EQ(s.Mouse_Tool, 0);
+  undo->trigger();
+  Click_When_Shown<tevo::app::FormMsg>("Command1");
+  insets->Context_Chosen(0, tevo::display::Tool_Inset_Delete);
+  EXPECT_TRUE(s.Insets.empty());
+  EXPECT_EQ(undo->text().toStdString(), "取り消し(拡大図の削除)");
+  undo->trigger();
+  ASSERT_EQ(s.Insets.size(), 1u);
+  EXPECT_EQ(s.Insets[0], made);
+  button(insets, "MultiViewCommand1")->click();
+  EXPECT_EQ(s.Mode.Edit_Mode, 0);
+  EXPECT_FALSE(window.Action("m26")->isChecked());
   EXPECT_FALSE(undo->isEnabled());
 
   // The history: measured by the acquisition's owner at its ##$DATE

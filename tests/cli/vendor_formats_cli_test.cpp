@@ -121,3 +121,27 @@ TEST(Cli_Damaged, EveryCopyEndsWithAStatusUnder100MB) {
 
 }  // namespace
 }  // namespace tevo::test
+
+namespace tevo::test {
+namespace {
+
+TEST(Cli_Render, StackDrawsAnArrayAndRefusesASingleRow) {
+  ASSERT_TRUE(fs::exists(Cli_Program())) << "build the tevo1d-cli target first";
+  Temp_Dir dir;
+  const fs::path keep = fs::read_symlink("/proc/self/exe").parent_path() / "screenshots";
+  fs::create_directories(keep);
+  const fs::path png = keep / "cli_varian_stack.png";
+  fs::remove(png);
+  const Built_File rows = Build_Varian(dir / "rows", Rows(3));
+  const Cli_Result r = Run_Home(dir / "home", {"render", rows.Open().string(), "--stack", "--ratio", "0.2,0.4",
+                                               "--size", "800x500", "-o", png.string()});
+  EXPECT_EQ(r.exit_code, 0) << r.out;
+  EXPECT_GT(fs::file_size(png), 2000u);
+  const Built_File one = Build_Varian(dir / "one", Spectrum());
+  EXPECT_EQ(Run_Home(dir / "home", {"render", one.Open().string(), "--stack", "-o", (dir / "x.png").string()}).exit_code, 1);
+  EXPECT_EQ(Run_Home(dir / "home", {"render", rows.Open().string(), "--stack", "--ratio", "1.5,0", "-o",
+                                    (dir / "y.png").string()}).exit_code, 2);
+}
+
+}  // namespace
+}  // namespace tevo::test

@@ -11,6 +11,7 @@
 #include "display/spectrum_trace.h"
 #include "editing/reference.h"
 #include "platform/recording_surface.h"
+#include "display/recorded_strokes.h"
 #include "session/session.h"
 
 using namespace tevo;
@@ -45,15 +46,7 @@ void Load(Session& s, int32_t n, int32_t spike) {
   s.Is_Spectrum = 1;
 }
 
-// The vertices of every stroke: the Move_To point and each Line_To end.
-std::vector<std::vector<Point>> Strokes(const RecordingSurface& surf) {
-  std::vector<std::vector<Point>> out;
-  for (const Recorded_Op& op : surf.Ops()) {
-    if (op.kind == Recorded_Op::Kind::Move_To) out.push_back({op.at});
-    if (op.kind == Recorded_Op::Kind::Line_To && !out.empty()) out.back().push_back(op.at);
-  }
-  return out;
-}
+using test::Strokes;
 
 }  // namespace
 
