@@ -21,6 +21,7 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "array_span_dialog.h"
 #include "baseline_panel.h"
 #include "basic_toolbar.h"
 #include "dept_dialog.h"
@@ -316,6 +317,11 @@ void Main_Window::Connect_Commands() {
     const bool on = display::Setting_Int(session_, "DISP ARRAY MODE", 0) != 0;
     display::Store_Setting(session_, "DISP ARRAY MODE", on ? 0 : 1);
     Refresh_State();
+  });
+  // The lean and rise of the stack; the view is reset and repainted on OK.
+  connect(Action("m342"), &QAction::triggered, this, [this] {
+    Array_Span_Dialog form(session_, this);
+    if (form.exec() == QDialog::Accepted) Refresh_View();
   });
   Action("m20")->setShortcut(QKeySequence::Undo);
   connect(Action("m20"), &QAction::triggered, this, [this] {

@@ -175,10 +175,12 @@ int Qt_Ui::Choose(const std::string& title, const std::string& prompt, const std
     return form.exec() == QDialog::Accepted ? form.Choice() : -1;
   }
   // The small choice windows that have names of their own: the alignment
-  // of an overlay load, and the question about the overlays at a new load.
+  // of an overlay load, the question about the overlays at a new load, and
+  // how the rows of an array FID are kept.
   static const std::map<std::string, std::pair<const char*, const char*>> forms = {
       {"重ね書き指定", {"NMR1D_Form12", "重ね書き指定"}},
-      {"重ね書きの削除", {"NMR1D_Form23", "「重ね書き」の削除の確認"}}};
+      {"重ね書きの削除", {"NMR1D_Form23", "「重ね書き」の削除の確認"}},
+      {"Multi(Array) データ", {"NMR1D_Form20", "Multi(Array) データ"}}};
   QDialog dlg(parent_);
   dlg.setWindowTitle(Q(title));
   if (const auto it = forms.find(title); it != forms.end()) {

@@ -13,6 +13,7 @@
 #include "display/view_commands.h"
 #include "editing/data_history.h"
 #include "platform/ui.h"
+#include "relaxation/array_data.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
 #include "session/session.h"
@@ -302,10 +303,14 @@ int NM1D_m11_Click(Session& s, const Open_Request& request) {
   }
   s.Param.Observe_Text = Observe_Text(s.Observe_Frequency);
 
-  if (s.Is_Fid == 1 && request.fid_window) {
-    // Discarding the processing window ("CANCEL", or closing it) gives up
-    // the open: the former data set comes back as it was.
-    const std::string result = request.fid_window(s);
+  // A FID of several rows: how its rows are kept is asked once, and acted
+  // on when the transform is committed.
+  const bool array_cancelled = s.Is_Fid == 1 && s.Array_Rows >= 2 && relaxation::NMR1D_Form20(s) != "OK";
+  if (s.Is_Fid == 1 && (array_cancelled || request.fid_window)) {
+    // Cancelling the array question or discarding the processing window
+    // ("CANCEL", or closing it) gives up the open: the former data set comes
+    // back as it was.
+    const std::string result = array_cancelled ? "CANCEL" : request.fid_window(s);
     if (result.empty() || result == "CANCEL") {
       std::error_code ec;
       if (fs::exists(former_work_copy, ec)) Read_Back_Work_Copy(s, former_work_copy, former_name);

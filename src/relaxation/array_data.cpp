@@ -5,11 +5,21 @@
 #include <cstddef>
 #include <utility>
 
+#include "display/view_commands.h"
+#include "overlay/slot_read.h"
+#include "platform/ui.h"
+#include "session/messages.h"
+#include "session/number_text.h"
+
 namespace tevo::relaxation {
 
 namespace {
 
 std::size_t Z(int32_t i) { return static_cast<std::size_t>(i); }
+
+// The main spectrum and nine overlay slots: rows beyond these are dropped
+// when an array is read as overlays.
+constexpr int32_t Overlay_Rows_Of_Array = 10;
 
 // Sum of Spec_Re of one row over first..last, ascending, in extended
 // precision; 0 unless both ends are set.
@@ -106,6 +116,88 @@ std::vector<double> Array_List_Values(const Session& s, int32_t first, int32_t l
   }
   for (double& v : sums) v /= big;
   return sums;
+}
+
+Array_Read_Choice Array_Read_State(const Session& s) {
+  Array_Read_Choice c;
+  const int32_t mode = s.settings.Int("ARRAY MODE");
+  c.Array_Read_Dept = mode == 2 ? 1 : 0;
+  c.Array_Read_Array = mode == 0 ? 1 : 0;
+  c.Array_Sort = c.Array_Read_Array ? static_cast<int16_t>(std::clamp(s.settings.Int("ARRAY SORT"), 0, 2)) : 0;
+  return c;
+}
+
+std::string NMR1D_Form20(Session& s) {
+  // Option1 .. Option4, the parameter order split by Option10 / Option11.
+  static const std::vector<std::string> options = {
+      "DEPT データとして読み込む", "Arrayデータ(パラメータ順)　小　=>　大", "Arrayデータ(パラメータ順)　大　=>　小",
+      "Arrayデータ(読込み順)", "重ね書きデータ(10個のみ)として読み込む"};
+  constexpr int read_order = 3;
+  const int pick = s.ui->Choose("Multi(Array) データ", "", options, read_order);
+  if (pick < 0 || pick >= static_cast<int>(options.size())) return "CANCEL";
+  const int mode = pick == 0 ? 2 : pick == 4 ? 1 : 0;
+  const int sort = pick == 1 ? 1 : pick == 2 ? 2 : 0;
+  s.settings.Set("ARRAY MODE", mode);
+  s.settings.Set("ARRAY SORT", sort);
+  return "OK";
+}
+
+namespace {
+
+// Rows 1 .. to overlay slots 1 ..; row 0 stays the main spectrum.
+void Rows_To_Overlays(Session& s, bool dept) {
+  const int32_t rows = s.Array_Rows;
+  const int32_t last = std::min(rows, Overlay_Rows_Of_Array) - 1;
+  bool occupied = false;
+  for (int32_t r = 1; r <= last; ++r) occupied = occupied || s.Overlay[Z(r)].Slot_Points > 0;
+  const bool overwrite = occupied && Show_Message(s, "重ね書きデータに上書きしますか。", Style_Yes_No + Icon_Question,
+                                                  "重ね書き,上書き確認") == Msg_Yes;
+  static const char* const dept_labels[] = {"", "CH", "CH2", "CH3"};
+  const float zoom = 0.95f / static_cast<float>(rows);
+  const int32_t shown = s.Array_Row;
+  for (int32_t r = 1; r <= last; ++r) {
+    Overlay_Slot& slot = s.Overlay[Z(r)];
+    if (slot.Slot_Points > 0 && !overwrite) continue;
+    s.Array_Row = r;
+    slot = overlay::Slot_From_Session(s, s.Open_Name, slot);
+    float largest = 0.1f;
+    for (std::size_t i = 0; i < slot.Slot_Y.size(); ++i)
+      largest = std::max(largest, std::fabs(slot.Slot_Y[i]));
+    slot.Slot_Max_Abs = largest;
+    slot.Slot_Y_Mag = zoom;
+    slot.Slot_Y_Full = largest / zoom;
+    slot.Slot_Y_Offset = static_cast<float>(r) / static_cast<float>(rows);
+    if (dept)
+      slot.Slot_Comment = r < 4 ? dept_labels[r] : "";
+    else if (Z(r) < s.Delay_List.size())
+      slot.Slot_Comment = "t= " + Format_Number(s.Delay_List[Z(r)], "#####0.0#####");
+  }
+  s.Array_Row = shown;
+  s.Array_Rows = 1;
+  if (!s.Delay_List.empty()) s.Delay_List.resize(1);
+  if (!s.Delay_Raw.empty()) s.Delay_Raw.resize(1);
+}
+
+}  // namespace
+
+float Commit_Array_Rows(Session& s) {
+  if (s.Array_Rows < 2) return 0.95f;
+  const Array_Read_Choice c = Array_Read_State(s);
+  if (c.Array_Read_Dept || !c.Array_Read_Array) {
+    const int32_t rows = s.Array_Rows;
+    Rows_To_Overlays(s, c.Array_Read_Dept != 0);
+    return 0.95f / static_cast<float>(rows);
+  }
+  if (c.Array_Sort > 0) Sort_Array_Rows(s, c.Array_Sort);
+  return 0.95f;
+}
+
+void NMR1D_Form32_OK(Session& s, const std::string& x_text, const std::string& y_text) {
+  double x = 0, y = 0;
+  if (display::Parse_Number(x_text, x) && x > -1 && x < 1) s.settings.Set("X AXIS RATIO", x);
+  if (display::Parse_Number(y_text, y) && y >= 0 && y < 1) s.settings.Set("Y AXIS RATIO", y);
+  // The frame of the stack has changed: the whole spectrum again.
+  display::View_After_Load(s);
 }
 
 }  // namespace tevo::relaxation

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "session/session.h"
@@ -45,5 +46,43 @@ int32_t Phase_Row(const Session& s);
 // The printed array list: each row's sum of Spec_Re over first..last,
 // divided by the largest magnitude of these sums (at least 0.1).
 std::vector<double> Array_List_Values(const Session& s, int32_t first, int32_t last);
+
+// ---- how an array is read and committed ----
+
+// The choices of NMR1D_Form20, made when a FID with several rows is read
+// and kept until the next reading. They live in the settings "ARRAY MODE"
+// (0 an array, 1 rows as overlays, 2 DEPT rows) and "ARRAY SORT" (0 read
+// order, 1 ascending delay, 2 descending), so that 0 keeps an array as read.
+struct Array_Read_Choice {
+  int16_t Array_Read_Dept = 0;
+  int16_t Array_Read_Array = 1;
+  int16_t Array_Sort = 0;
+};
+Array_Read_Choice Array_Read_State(const Session& s);
+
+// NMR1D_Form20 ("Multi(Array) データ"): DEPT rows, an array ordered by the
+// parameter (ascending or descending), an array in read order (the answer
+// offered first), or rows as overlays (ten at most). Returns "OK" with the
+// choice stored, or "CANCEL".
+std::string NMR1D_Form20(Session& s);
+
+// The array step of the commit, on a freshly transformed set of Array_Rows
+// >= 2 rows. DEPT rows, or rows not kept as an array, go to overlay slots
+// 1 .. 9 (rows beyond the tenth are dropped; occupied slots are replaced
+// only after "重ね書きデータに上書きしますか。"): each slot gets the row's
+// spectrum and axis, its largest magnitude, the vertical zoom 0.95 / rows,
+// the offset row / rows and the label "t= " + delay ("CH", "CH2", "CH3" for
+// DEPT); Array_Rows becomes 1. A kept array is sorted by delay when
+// Array_Sort asks for it. Returns the vertical zoom of the main spectrum.
+float Commit_Array_Rows(Session& s);
+
+// NMR1D_Form32 ("Array(T1/T2)データ表示の配置") on "OK": Array_Span_X, the
+// sideways shift of the stack from first to last row as a part of the frame
+// width (the stack's "X AXIS RATIO"), takes `x_text` if -1 < x < 1 (negative
+// leans the stack left); Array_Span_Y, the lift as a part of the height
+// ("Y AXIS RATIO"), takes `y_text` if 0 <= y < 1. A value outside or not a
+// number leaves the old one without a word. The zoom is reset to the whole
+// spectrum.
+void NMR1D_Form32_OK(Session& s, const std::string& x_text, const std::string& y_text);
 
 }  // namespace tevo::relaxation

@@ -10,6 +10,7 @@
 #include "editing/data_history.h"
 #include "editing/reference.h"
 #include "platform/ui.h"
+#include "relaxation/array_data.h"
 #include "session/messages.h"
 #include "session/session.h"
 #include "signal/fft.h"
@@ -305,6 +306,9 @@ int Commit_Transform(Session& s, Ft_Form_State& st) {
   // 5. Axis.
   Build_Transform_Axis(s);
 
+  // 6. Rows to overlays, or the array sorted by delay, as chosen at reading.
+  const float y_mag = relaxation::Commit_Array_Rows(s);
+
   // 7. A spectrum now; the phase is inside the data.
   s.Param.POINT = n;
   s.Param.SMODE = 1;
@@ -313,7 +317,7 @@ int Commit_Transform(Session& s, Ft_Form_State& st) {
   s.Data_Saved = 0;
   s.Array_Row = 0;
   Build_Disp_Arrays(s, 0);
-  s.Y_Mag = 0.95f;
+  s.Y_Mag = y_mag;
   s.Y_Offset = 0;
   s.Y_Full_Scale = s.Max_Abs / s.Y_Mag;
   s.X_Right = s.Spec_Axis[0];

@@ -393,6 +393,47 @@ int Ink_Of(tevo::app::Plot_Widget* plot, int32_t bgr) {
   return n;
 }
 
+TEST(Arrays, ReadQuestionKeepsTheRowsAndThePlacementWindowTakesOnlyValuesInsideItsLimits) {
+  App();
+  const std::string ser =
+      tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/t1rho-1H/189/ser").string();
+  Started_Window started(ser);
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
+  // "Multi(Array) データ" offers the read order first; then the processing window.
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form20"; },
+                                [](QWidget& w) {
+                                  Save_Shot(&w, "NMR1D_Form20");
+                                  EXPECT_TRUE(w.findChild<QRadioButton*>("Option4")->isChecked());
+                                  w.findChild<QPushButton*>("Command1")->click();
+                                });
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  window.Open_Command_Line();
+  ASSERT_EQ(s.Is_Spectrum, 1);
+  ASSERT_EQ(s.Array_Rows, 22);
+
+  // The stack leans right by 0.3 of the width; a rise of 1 is refused and 0 stays.
+  window.Action("m341")->trigger();
+  ASSERT_TRUE(window.Action("m342")->isEnabled());
+  s.X_Left = s.X_Right + 1;  // a zoomed view, reset by OK
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form32"; },
+                                [](QWidget& w) {
+                                  auto* x = w.findChild<QLineEdit*>("Text1");
+                                  auto* y = w.findChild<QLineEdit*>("Text2");
+                                  x->setText("0.3");
+                                  y->setText("1");
+                                  w.findChild<QPushButton*>("Command1")->click();
+                                });
+  window.Action("m342")->trigger();
+  EXPECT_FLOAT_EQ(static_cast<float>(s.settings.Real("X AXIS RATIO")), 0.3f);
+  EXPECT_EQ(s.settings.Real("Y AXIS RATIO"), 0);
+  EXPECT_FLOAT_EQ(s.X_Left, s.Spec_Axis[static_cast<std::size_t>(s.Spec_Points - 1)]);
+  window.Plot()->repaint();
+  const tevo::display::Plot_Frame& f = window.Plot()->Frame();
+  EXPECT_NEAR(f.Frame_Left_Last - f.Frame_Left, 0.3 * (f.Frame_Right_Last - f.Frame_Left), 2);
+  Save_Shot(window.Plot(), "array_stack_placement");
+}
+
 TEST(Overlays, MultiSpectrumWindowLoadsScalesAndTheMainPlotShowsTheSlots) {
   App();
   const std::string fid =

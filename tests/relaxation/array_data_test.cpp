@@ -3,7 +3,11 @@
 
 #include <vector>
 
+#include "datafiles/open_file.h"
+#include "datafiles/quiet_session.h"
 #include "relaxation/array_data.h"
+#include "signal/fid_processing.h"
+#include "support/test_support.h"
 
 namespace tevo::relaxation {
 namespace {
@@ -79,6 +83,112 @@ TEST(ArrayData, RegionSumsAndPeakHeightsNormalisedAndOrderedByDelay) {
   const std::vector<double> list = Array_List_Values(s, 2, 5);
   EXPECT_DOUBLE_EQ(list[0], 4 / 12.0);
   EXPECT_DOUBLE_EQ(list[1], -3 / 12.0);
+}
+
+// Reads a real relaxation series with the given answers to the questions
+// of the open, then commits the transform with the processing defaults.
+void Read_And_Commit(test::Quiet_Session& q, const std::string& series, std::initializer_list<int> choices) {
+  for (int c : choices) q.ui.choice_answers.push_back(c);
+  const std::string path = test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/" + series).string();
+  ASSERT_EQ(datafiles::NM1D_m11_Click(q.s, {path, {}}), 0);
+  signal::Process_Report report;
+  ASSERT_EQ(signal::Process_Fid(q.s, {}, report), 0);
+}
+
+bool Same_Row(const Session& a, int32_t row_a, const Session& b, int32_t row_b) {
+  for (int32_t i = 0; i < a.Spec_Points; i += 97)
+    if (a.Spec_Re(i, row_a) != b.Spec_Re(i, row_b)) return false;
+  return true;
+}
+
+constexpr int Form20_Dept = 0, Form20_Descending = 2, Form20_Read_Order = 3, Form20_Overlays = 4;
+constexpr const char* T1rho = "t1rho-1H/189/ser";  // 22 rows, the first and last at 90 us
+
+TEST(ArrayCommit, RowsBecomeOverlaysOrAreSortedByDelayKeepingTheirSpectra) {
+  // Kept as read: the reference for where each row must end up.
+  test::Quiet_Session kept;
+  Read_And_Commit(kept, T1rho, {Form20_Read_Order});
+  ASSERT_EQ(kept.s.Array_Rows, 22);
+
+  // As overlays, with slot 4 occupied and the overwrite refused: rows 1..9
+  // fill the other slots, the rest of the 22 rows is dropped.
+  test::Quiet_Session over;
+  over.s.Overlay[4].Slot_Points = 1;
+  over.s.Overlay[4].Slot_Comment = "old";
+  over.ui.button_answers.push_back(2);  // "no" to the overwrite
+  Read_And_Commit(over, T1rho, {1 /* keep the overlays */, Form20_Overlays});
+  ASSERT_FALSE(over.ui.shown.empty());
+  EXPECT_EQ(over.ui.shown.back().title, "重ね書き,上書き確認");
+  EXPECT_EQ(over.ui.shown.back().text, "重ね書きデータに上書きしますか。");
+  EXPECT_EQ(over.s.Array_Rows, 1);
+  EXPECT_TRUE(Same_Row(over.s, 0, kept.s, 0));
+  EXPECT_FLOAT_EQ(over.s.Y_Mag, 0.95f / 22);
+  const char* labels[] = {"", "t= 0.00017", "t= 0.0005", "t= 0.003", "", "t= 0.01",
+                          "t= 0.015", "t= 0.025", "t= 0.03", "t= 0.04"};
+  for (int r = 1; r <= 9; ++r) {
+    SCOPED_TRACE(r);
+    const Overlay_Slot& o = over.s.Overlay[static_cast<size_t>(r)];
+    if (r == 4) {
+      EXPECT_EQ(o.Slot_Comment, "old");
+      continue;
+    }
+    EXPECT_EQ(o.Slot_Comment, labels[r]);
+    ASSERT_EQ(o.Slot_Points, kept.s.Spec_Points);
+    EXPECT_EQ(o.Slot_Y[100], kept.s.Spec_Re(100, r));
+    EXPECT_EQ(o.Slot_Y[kept.s.Spec_Points / 2], kept.s.Spec_Re(kept.s.Spec_Points / 2, r));
+    EXPECT_FLOAT_EQ(o.Slot_Y_Offset, r / 22.0f);
+    EXPECT_FLOAT_EQ(o.Slot_Y_Mag, 0.95f / 22);
+    EXPECT_FLOAT_EQ(o.Slot_Y_Full, o.Slot_Max_Abs * 22 / 0.95f);
+  }
+  EXPECT_EQ(over.s.Overlay[10].Slot_Points, 0);
+
+  // DEPT rows of a ten-row set, into empty slots without a question.
+  test::Quiet_Session dept;
+  Read_And_Commit(dept, "inversionRecovery2D/inversionRecovery2D/1", {Form20_Dept});
+  EXPECT_TRUE(dept.ui.shown.empty());
+  EXPECT_EQ(dept.s.Array_Rows, 1);
+  EXPECT_EQ(dept.s.Overlay[1].Slot_Comment, "CH");
+  EXPECT_EQ(dept.s.Overlay[3].Slot_Comment, "CH3");
+  EXPECT_GT(dept.s.Overlay[9].Slot_Points, 0);
+
+  // Sorted descending: every place holds a row of the same delay with that
+  // row's spectrum, and the two rows at 90 us both stay.
+  test::Quiet_Session sorted;
+  Read_And_Commit(sorted, T1rho, {Form20_Descending});
+  ASSERT_EQ(sorted.s.Array_Rows, 22);
+  std::vector<bool> taken(22, false);
+  for (int32_t p = 0; p < 22; ++p) {
+    SCOPED_TRACE(p);
+    if (p > 0) EXPECT_GE(sorted.s.Delay_List[p - 1], sorted.s.Delay_List[p]);
+    bool found = false;
+    for (int32_t k = 0; k < 22 && !found; ++k)
+      if (!taken[k] && kept.s.Delay_List[k] == sorted.s.Delay_List[p] && Same_Row(sorted.s, p, kept.s, k))
+        taken[k] = found = true;
+    EXPECT_TRUE(found);
+  }
+  EXPECT_FALSE(Same_Row(sorted.s, 20, sorted.s, 21));
+
+  // Cancelling the question gives up the open of the next series.
+  sorted.ui.choice_answers.push_back(-1);
+  const std::string ir =
+      test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/inversionRecovery2D/inversionRecovery2D/1").string();
+  EXPECT_EQ(datafiles::NM1D_m11_Click(sorted.s, {ir, {}}), 1);
+  EXPECT_NE(sorted.s.Array_Rows, 10);
+}
+
+TEST(ArrayCommit, StackPlacementTakesOnlyValuesInsideItsLimits) {
+  Session s;
+  NMR1D_Form32_OK(s, "-0.3", "0");
+  EXPECT_FLOAT_EQ(static_cast<float>(s.settings.Real("X AXIS RATIO")), -0.3f);
+  EXPECT_FLOAT_EQ(static_cast<float>(s.settings.Real("Y AXIS RATIO")), 0.0f);
+  for (const auto& [x, y] : {std::pair{"1", "1"}, {"-1", "-0.01"}, {"abc", ""}}) {
+    NMR1D_Form32_OK(s, x, y);
+    EXPECT_FLOAT_EQ(static_cast<float>(s.settings.Real("X AXIS RATIO")), -0.3f);
+    EXPECT_FLOAT_EQ(static_cast<float>(s.settings.Real("Y AXIS RATIO")), 0.0f);
+  }
+  NMR1D_Form32_OK(s, "0.99", "0.5");
+  EXPECT_FLOAT_EQ(static_cast<float>(s.settings.Real("X AXIS RATIO")), 0.99f);
+  EXPECT_FLOAT_EQ(static_cast<float>(s.settings.Real("Y AXIS RATIO")), 0.5f);
 }
 
 }  // namespace
