@@ -48,6 +48,7 @@
 #include "menu_tree.h"
 #include "operator_dialog.h"
 #include "overlay_window.h"
+#include "relax_window.h"
 #include "parameter_dialog.h"
 #include "phase_panel.h"
 #include "plot_widget.h"
@@ -275,6 +276,7 @@ void Main_Window::Connect_Commands() {
   });
   connect(Action("m292"), &QAction::triggered, this, &Main_Window::On_Parameters);
   connect(Action("m27"), &QAction::triggered, this, &Main_Window::On_Overlays);
+  connect(Action("m52"), &QAction::triggered, this, &Main_Window::On_Relaxation);
   for (const session::Layer_Switch& l : session::Layer_Switches()) {
     Action(l.id)->setCheckable(true);
     connect(Action(l.id), &QAction::triggered, this, [this, l] {
@@ -476,6 +478,18 @@ void Main_Window::On_Overlays() {
   overlays_->Refresh();
   overlays_->show();
   overlays_->raise();
+}
+
+void Main_Window::On_Relaxation() {
+  if (session_.Array_Rows < 2 || (relax_ != nullptr && relax_->Running()) || !session::Confirm_Mode_Exit(session_))
+    return;
+  Refresh_State();
+  if (!Relax_Window::Can_Open(session_, session_.Select_Start, session_.Select_End)) return;
+  // A new window measures the peak list and region of the moment.
+  delete relax_;
+  relax_ = new Relax_Window(session_, session_.Select_Start, session_.Select_End, this);
+  relax_->show();
+  relax_->Select(0, true);
 }
 
 void Main_Window::On_Files_Dropped(const QStringList& paths) {

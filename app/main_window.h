@@ -28,6 +28,7 @@ class Peak_Panel;
 class Phase_Panel;
 class Reference_Panel;
 class Overlay_Window;
+class Relax_Window;
 
 class Main_Window : public QMainWindow {
   Q_OBJECT
@@ -52,6 +53,8 @@ class Main_Window : public QMainWindow {
   // NMR1D_Form6 once m27 has opened it.
   Overlay_Window* Overlays() const { return overlays_; }
   MultiView_Panel* Insets() const { return multiview_; }
+  // T1Cal_Form1 once m52 has opened it.
+  Relax_Window* Relaxation() const { return relax_; }
 
   // The start-up steps that need the window's Ui (settings, user choice,
   // work marker, command line); the window is not shown yet. Not
@@ -105,6 +108,7 @@ class Main_Window : public QMainWindow {
   void On_Parameters();
   // m27: the overlay window, made once and shown again.
   void On_Overlays();
+  void On_Relaxation();
 
   Session& session_;
   Qt_Ui ui_;
@@ -122,6 +126,7 @@ class Main_Window : public QMainWindow {
   Peak_Panel* peaks_ = nullptr;
   Integral_Panel* integrals_ = nullptr;
   Overlay_Window* overlays_ = nullptr;  // NMR1D_Form6
+  Relax_Window* relax_ = nullptr;  // T1Cal_Form1
   MultiView_Panel* multiview_ = nullptr;
   QScrollBar* scroll_ = nullptr;
   bool setting_scroll_ = false;

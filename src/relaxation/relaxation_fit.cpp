@@ -81,6 +81,13 @@ void Run_Relax_Fit(Relax_Fit& fit, const std::function<bool(const Simplex_State&
   fit.Final_Criterion = fit.State.Vertex_Error[Z(fit.State.Low)];
 }
 
+int32_t Nearest_Point(std::span<const float> t, float delay) {
+  int32_t best = -1;
+  for (std::size_t j = 0; j < t.size(); ++j)
+    if (best < 0 || std::fabs(t[j] - delay) < std::fabs(t[Z(best)] - delay)) best = static_cast<int32_t>(j);
+  return best;
+}
+
 bool Relax_Repaint_Due(int32_t iteration) { return static_cast<int16_t>(iteration) % 100 == 0; }
 
 std::string Criterion_Text(float criterion) { return "Criterion=" + Format_Number(criterion, "#.#####E+##"); }

@@ -60,6 +60,10 @@ void Run_Relax_Fit(Relax_Fit& fit, const std::function<bool(const Simplex_State&
 // from the first to the last point in use.
 void Calc_Curve(Relax_Fit& fit);
 
+// The point of the sorted delays `t` nearest `delay`, the earlier of two at
+// the same distance; -1 when there are none.
+int32_t Nearest_Point(std::span<const float> t, float delay);
+
 // True on the iterations that repaint the window and write vertex 0 back to
 // its fields: every 100th, counted on the low 16 bits.
 bool Relax_Repaint_Due(int32_t iteration);

@@ -19,6 +19,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QComboBox>
 #include <QToolButton>
 #include <QTimer>
 #include <cmath>
@@ -51,6 +52,7 @@
 #include "phase_panel.h"
 #include "plot_widget.h"
 #include "qt_ui.h"
+#include "relax_window.h"
 #include "signal/fid_processing.h"
 #include "app_support.h"
 #include "support/test_support.h"
@@ -880,6 +882,89 @@ TEST(EditModes, BaselinePeaksIntegralsThroughTheirPanelsWithUndo) {
   history->close();
   s.Data_Saved = 1;
   EXPECT_TRUE(window.Try_Exit());
+}
+
+}  // namespace
+
+namespace {
+
+TEST(RelaxWindow, InversionRecoveryFitsOnOpeningAChoiceAndAgainWithKHeld) {
+  App();
+  Started_Window started;
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
+  // Kept as an array in read order ("Multi(Array) データ"), then 完 了.
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form20"; },
+                                [](QWidget& w) { w.findChild<QPushButton*>("Command1")->click(); });
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  ASSERT_EQ(window.Open(tevo::test::Test_Data_File(
+                            "bruker-data-test@1.0.0/data/unzipped/inversionRecovery2D/inversionRecovery2D/1")
+                            .string()),
+            0);
+  ASSERT_EQ(s.Array_Rows, 10);
+  QAction* m52 = window.Action("m52");
+  ASSERT_TRUE(m52->isEnabled());
+
+  // Nothing to measure yet: the message, and no window.
+  std::string said;
+  tevo::test::When_Window_Shown([](QWidget* w) { return qobject_cast<tevo::app::FormMsg*>(w) != nullptr; },
+                                [&said](QWidget& w) {
+                                  for (QLabel* l : w.findChildren<QLabel*>()) said += l->text().toStdString();
+                                  w.findChildren<QPushButton*>().front()->click();
+                                });
+  m52->trigger();
+  EXPECT_NE(said.find("計算する範囲を決めるか、ピーク検出を行ってください"), std::string::npos) << said;
+  EXPECT_EQ(window.Relaxation(), nullptr);
+
+  // The peak list of the recovered row; the line at 0.857 ppm, whose T1
+  // the command line finds as 0.873 s.
+  tevo::editing::Peak_Search_All(s);
+  window.Refresh_State();
+  ASSERT_FALSE(s.Peaks.empty());
+  const auto off = [&s](const tevo::Peak_Rec& p) { return std::fabs(s.Spec_Axis[static_cast<std::size_t>(p.Point)] - 0.857); };
+  const auto line = static_cast<std::size_t>(
+      std::min_element(s.Peaks.begin(), s.Peaks.end(), [&](const auto& a, const auto& b) { return off(a) < off(b); }) -
+      s.Peaks.begin());
+  EXPECT_LT(off(s.Peaks[line]), 0.005);
+  m52->trigger();
+  tevo::app::Relax_Window* relax = window.Relaxation();
+  ASSERT_NE(relax, nullptr);
+  auto* combo = relax->findChild<QComboBox*>("Combo1");
+  ASSERT_EQ(combo->count(), static_cast<int>(s.Peaks.size()) + 1);
+  EXPECT_EQ(relax->Fit().State.Iterations, 0);  // no region: the area is 0 and nothing is fitted
+
+  // The choice runs the fit: T = 1/k about 0.873 s, the field holding vertex 0.
+  const auto field = [relax](int i) { return relax->findChild<QLineEdit*>(QString("Text%1").arg(i)); };
+  combo->setCurrentIndex(static_cast<int>(line) + 1);
+  emit combo->activated(static_cast<int>(line) + 1);
+  EXPECT_EQ(relax->Fit().Outcome, tevo::relaxation::Simplex_Step::Converged);
+  EXPECT_NEAR(1.0 / field(3)->text().toDouble(), 0.873, 0.01);
+  EXPECT_LT(field(0)->text().toDouble(), 0);  // inverted at the shortest delay
+  EXPECT_GT(relax->findChild<QLabel*>("Label20")->text().toInt(), 10);
+  EXPECT_TRUE(relax->findChild<QLabel*>("Labelcr")->text().startsWith("Criterion="));
+
+  // The mouse sets the range: left near 0.2 s takes 0.25 s, right near 4.6 s
+  // takes 5 s. Then k held at 1.2 s-1 stays while A0 and B move.
+  auto* plot = relax->findChild<tevo::app::Relax_Plot*>("Picture1");
+  float x0, x1, y0, y1;
+  relax->Limits(x0, x1, y0, y1);
+  const auto at = [&](float t) {
+    return QPoint(60 + static_cast<int>((t - x0) / (x1 - x0) * static_cast<float>(plot->width() - 260)), plot->height() / 2);
+  };
+  QTest::mouseClick(plot, Qt::LeftButton, {}, at(0.2f));
+  QTest::mouseClick(plot, Qt::RightButton, {}, at(4.6f));
+  EXPECT_EQ(relax->Fit().First_Point, 2);
+  EXPECT_EQ(relax->Fit().Last_Point, 8);
+  EXPECT_EQ(relax->findChild<QLabel*>("Labelstart")->text(), "Start=0.25 s  End=5.0 s");
+  field(3)->setText("1.2");
+  relax->findChild<QCheckBox*>("Check11")->setChecked(true);
+  const std::string a0 = field(0)->text().toStdString();
+  relax->findChild<QPushButton*>("Command1")->click();
+  EXPECT_EQ(field(3)->text(), "1.2");
+  EXPECT_FLOAT_EQ(relax->Fit().State.Trial[tevo::relaxation::Relax_K], 1.2f);
+  EXPECT_NE(field(0)->text().toStdString(), a0);
+  Save_Shot(relax, "relax_window");
+  relax->close();
 }
 
 }  // namespace

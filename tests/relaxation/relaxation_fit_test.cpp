@@ -167,6 +167,13 @@ TEST(RelaxationFit, FixedParametersStopRequestAndArithmeticError) {
   EXPECT_EQ(Fit_Error_Text(70000), "繰り返し4464でエラ－");
   EXPECT_EQ(Relax_T_Text(0), "***");
   EXPECT_EQ(Relax_T_Text(0.8f), "1.25");
+
+  // The point nearest a clicked delay; halfway takes the earlier one.
+  const std::vector<float> t = {0.1f, 0.5f, 1.5f, 4.0f};
+  EXPECT_EQ(Nearest_Point(t, -3.0f), 0);
+  EXPECT_EQ(Nearest_Point(t, 1.0f), 1);
+  EXPECT_EQ(Nearest_Point(t, 2.9f), 3);
+  EXPECT_EQ(Nearest_Point({}, 1.0f), -1);
 }
 
 }  // namespace

@@ -1,0 +1,327 @@
+#include "relax_window.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+
+#include "datafiles/vendor_text.h"
+#include "dialog_parts.h"
+#include "platform/qt/qt_surface.h"
+#include "relaxation/array_data.h"
+#include "session/messages.h"
+#include "session/number_text.h"
+
+namespace tevo::app {
+
+namespace {
+
+QString Q(const std::string& s) { return QString::fromStdString(s); }
+QString Number(float v) { return QString::number(static_cast<double>(v), 'g', 7); }
+
+// The frame of the plot inside the widget, in pixels.
+struct Frame {
+  int left, top, right, bottom;
+};
+Frame Plot_Frame(const QWidget& w) { return {60, 20, w.width() - 200, w.height() - 40}; }
+
+}  // namespace
+
+Relax_Plot::Relax_Plot(Relax_Window& owner) : QWidget(&owner), owner_(owner) {
+  setObjectName("Picture1");
+  setMinimumSize(560, 320);
+}
+
+void Relax_Plot::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(rect(), Qt::white);
+  const relaxation::Relax_Fit& fit = owner_.fit_;
+  if (!owner_.have_data_) return;
+  platform::QtSurface surface(painter, width(), height(), logicalDpiY(), true);
+  const Frame f = Plot_Frame(*this);
+  float x0, x1, y0, y1;
+  owner_.Limits(x0, x1, y0, y1);
+  const auto px = [&](double t) { return f.left + static_cast<int>(std::lround((t - x0) / (x1 - x0) * (f.right - f.left))); };
+  const auto py = [&](double y) { return f.bottom - static_cast<int>(std::lround((y - y0) / (y1 - y0) * (f.bottom - f.top))); };
+  const platform::Colour black = platform::Rgb(0, 0, 0), red = platform::Rgb(255, 0, 0), blue = platform::Rgb(0, 0, 255);
+  surface.Set_Pen(platform::Pen_Style::Solid, 1, black);
+  surface.Move_To(f.left, f.top);
+  surface.Line_To(f.right, f.top);
+  surface.Line_To(f.right, f.bottom);
+  surface.Line_To(f.left, f.bottom);
+  surface.Line_To(f.left, f.top);
+  // The zero line of the intensity, dotted.
+  if (y0 < 0 && y1 > 0) {
+    surface.Set_Pen(platform::Pen_Style::Dot, 1, black);
+    surface.Move_To(f.left, py(0));
+    surface.Line_To(f.right, py(0));
+  }
+  Font_Rec font;
+  font.Face = "MS UI Gothic";
+  const double text_px = 12;
+  surface.Set_Text_Colour(black);
+  surface.Set_Background_Mode(platform::Background_Mode::Transparent);
+  const auto label = [&](int x, int y, const std::string& text) { surface.Text_Out(x, y, text, font, text_px); };
+  label(f.left - 50, f.top - 6, Format_Number(y1, "0.00"));
+  label(f.left - 50, f.bottom - 6, Format_Number(y0, "0.00"));
+  label(f.left, f.bottom + 4, Format_Number(x0, "0.0##"));
+  label(f.right - 30, f.bottom + 4, Format_Number(x1, "0.0##"));
+  label((f.left + f.right) / 2 - 20, f.bottom + 18, "t / s");
+  // The points: those in use filled, the others hollow.
+  for (std::size_t j = 0; j < fit.Data_T.size(); ++j) {
+    const bool used = static_cast<int32_t>(j) >= fit.First_Point && static_cast<int32_t>(j) <= fit.Last_Point;
+    surface.Set_Pen(platform::Pen_Style::Solid, 1, blue);
+    surface.Set_Brush(blue, !used);
+    const int x = px(fit.Data_T[j]), y = py(fit.Data_Y[j]);
+    const platform::Point box[] = {{x - 3, y - 3}, {x + 3, y - 3}, {x + 3, y + 3}, {x - 3, y + 3}};
+    surface.Polygon(box);
+  }
+  if (!fit.Fit_Curve_T.empty()) {
+    surface.Set_Pen(platform::Pen_Style::Solid, 1, red);
+    surface.Move_To(px(fit.Fit_Curve_T[0]), py(fit.Fit_Curve_Y[0]));
+    for (std::size_t j = 1; j < fit.Fit_Curve_T.size(); ++j) surface.Line_To(px(fit.Fit_Curve_T[j]), py(fit.Fit_Curve_Y[j]));
+  }
+  // The results of the last trial point.
+  if (fit.State.Trial.size() == relaxation::Relax_Param_Count) {
+    const float k = fit.State.Trial[relaxation::Relax_K];
+    const std::string t_text = relaxation::Relax_T_Text(k);
+    const std::string lines[] = {
+        "A0 = " + Number(fit.State.Trial[relaxation::Relax_A0]).toStdString(),
+        "k = " + Number(k).toStdString() + " s-1",
+        "T = " + t_text + (t_text == "***" ? "" : " s"),
+        "B = " + Number(fit.State.Trial[relaxation::Relax_B]).toStdString(),
+        "Start=" + Format_Number(fit.Data_T[static_cast<std::size_t>(fit.First_Point)], "####0.0##") + " s",
+        "  End=" + Format_Number(fit.Data_T[static_cast<std::size_t>(fit.Last_Point)], "####0.0##") + " s"};
+    int y = f.top;
+    for (const std::string& line : lines) label(f.right + 12, y, line), y += 20;
+  }
+}
+
+void Relax_Plot::mousePressEvent(QMouseEvent* e) {
+  relaxation::Relax_Fit& fit = owner_.fit_;
+  const Frame f = Plot_Frame(*this);
+  const QPoint p = e->position().toPoint();
+  if (owner_.running_ || !owner_.have_data_ || p.x() < f.left || p.x() > f.right || p.y() < f.top || p.y() > f.bottom)
+    return;
+  float x0, x1, y0, y1;
+  owner_.Limits(x0, x1, y0, y1);
+  const float delay = x0 + static_cast<float>(p.x() - f.left) / static_cast<float>(f.right - f.left) * (x1 - x0);
+  const int32_t j = relaxation::Nearest_Point(fit.Data_T, delay);
+  if (e->button() == Qt::LeftButton && j <= fit.Last_Point) fit.First_Point = j;
+  if (e->button() == Qt::RightButton && j >= fit.First_Point) fit.Last_Point = j;
+  owner_.Show_Range();
+  update();
+}
+
+Relax_Window::Relax_Window(Session& session, int32_t region_first, int32_t region_last, QWidget* parent)
+    : QDialog(parent), session_(session), region_first_(region_first), region_last_(region_last) {
+  setObjectName("T1Cal_Form1");
+  setWindowTitle("T1/T2データの解析");
+  auto* layout = new QVBoxLayout(this);
+  combo_ = new QComboBox(this);
+  combo_->setObjectName("Combo1");
+  combo_->addItem("面積(選択範囲)");
+  for (std::size_t k = 1; k <= session_.Peaks.size(); ++k) combo_->addItem(QString("Peak %1").arg(k));
+  layout->addWidget(combo_);
+  auto* grid = new QGridLayout;
+  const char* heads[] = {"", "初期値", "変動値", "収束誤差", ""};
+  for (int c = 0; c < 5; ++c) grid->addWidget(new QLabel(heads[c], this), 0, c);
+  const char* names[] = {"A0", "k", "B"};
+  for (int p = 0; p < relaxation::Relax_Param_Count; ++p) {
+    grid->addWidget(new QLabel(names[p], this), p + 1, 0);
+    for (int c = 0; c < 3; ++c) {
+      const int i = p * 3 + c;
+      text_[static_cast<std::size_t>(i)] = Named_Field(this, ("Text" + std::to_string(i)).c_str());
+      grid->addWidget(text_[static_cast<std::size_t>(i)], p + 1, c + 1);
+    }
+    fix_[static_cast<std::size_t>(p)] = new QCheckBox("Fix", this);
+    fix_[static_cast<std::size_t>(p)]->setObjectName(QString("Check1%1").arg(p));
+    grid->addWidget(fix_[static_cast<std::size_t>(p)], p + 1, 4);
+  }
+  layout->addLayout(grid);
+  auto* row = new QHBoxLayout;
+  start_ = Named_Button(this, "Command1", "計算開始");
+  stop_button_ = Named_Button(this, "Command3", "計算中止");
+  start_->setAutoDefault(false);
+  stop_button_->setAutoDefault(false);
+  row->addWidget(start_);
+  row->addWidget(stop_button_);
+  row->addWidget(new QLabel("回数", this));
+  count_ = new QLabel(this);
+  count_->setObjectName("Label20");
+  row->addWidget(count_);
+  row->addWidget(new QLabel("誤差", this));
+  error_ = new QLabel(this);
+  error_->setObjectName("Label21");
+  row->addWidget(error_);
+  row->addStretch();
+  layout->addLayout(row);
+  auto* info = new QHBoxLayout;
+  criterion_ = new QLabel(this);
+  criterion_->setObjectName("Labelcr");
+  range_ = new QLabel(this);
+  range_->setObjectName("Labelstart");
+  info->addWidget(criterion_);
+  info->addWidget(range_);
+  info->addStretch();
+  layout->addLayout(info);
+  plot_ = new Relax_Plot(*this);
+  layout->addWidget(plot_, 1);
+  Set_Controls(false);
+  connect(start_, &QPushButton::clicked, this, &Relax_Window::Run_Fit);
+  connect(stop_button_, &QPushButton::clicked, this, [this] {
+    if (running_) stop_ = true;
+  });
+  connect(combo_, &QComboBox::activated, this, [this](int index) { Select(index); });
+}
+
+bool Relax_Window::Can_Open(Session& session, int32_t region_first, int32_t region_last) {
+  if (session.Array_Rows < 2) return false;
+  if (session.Peaks.empty() && (region_first < 0 || region_last < 0)) {
+    session.ui->Beep();
+    Show_Message(session, "計算する範囲を決めるか、ピーク検出を行ってください", Style_OK, "");
+    return false;
+  }
+  return true;
+}
+
+void Relax_Window::Select(int index, bool first_entry) {
+  if (running_) return;
+  if (combo_->currentIndex() != index) combo_->setCurrentIndex(index);
+  // The sum over the region counts from point 1; no region is 0.
+  const int32_t lo = std::min(region_first_, region_last_), hi = std::max(region_first_, region_last_);
+  const std::vector<relaxation::Intensity_Pair> pairs =
+      relaxation::Extract_Intensities(session_, index, lo >= 0 ? std::max(1, lo) : 0, lo >= 0 ? std::max(1, hi) : 0,
+                                      first_entry ? 0.1f : 1e-28f, !first_entry);
+  fit_.Data_T.clear();
+  fit_.Data_Y.clear();
+  for (const auto& p : pairs) {
+    fit_.Data_T.push_back(p.t);
+    fit_.Data_Y.push_back(p.y);
+  }
+  fit_.Fit_Curve_T.clear();
+  fit_.Fit_Curve_Y.clear();
+  fit_.State = {};
+  have_data_ = !pairs.empty();
+  const auto [t_lo, t_hi] = std::minmax_element(fit_.Data_T.begin(), fit_.Data_T.end());
+  const auto [y_lo, y_hi] = std::minmax_element(fit_.Data_Y.begin(), fit_.Data_Y.end());
+  // A series of fewer than three rows or with all delays or all intensities
+  // alike has nothing to fit.
+  if (session_.Array_Rows < 3 || pairs.size() < 3 || *t_lo == *t_hi || *y_lo == *y_hi) {
+    Set_Controls(false);
+    plot_->update();
+    return;
+  }
+  const relaxation::Relax_Start start = relaxation::Relax_Start_Values(fit_.Data_T, fit_.Data_Y, previous_k_);
+  previous_k_ = start.value[relaxation::Relax_K];
+  for (std::size_t p = 0; p < start.value.size(); ++p) {
+    text_[p * 3]->setText(Number(start.value[p]));
+    text_[p * 3 + 1]->setText(Number(start.step[p]));
+    text_[p * 3 + 2]->setText(Number(start.tol[p]));
+  }
+  fit_.First_Point = 0;
+  fit_.Last_Point = static_cast<int32_t>(pairs.size()) - 1;
+  Show_Range();
+  Set_Controls(true);
+  Run_Fit();
+}
+
+void Relax_Window::Run_Fit() {
+  if (running_ || stop_ || !have_data_) return;
+  running_ = true;
+  Set_Controls(false);
+  for (std::size_t p = 0; p < relaxation::Relax_Param_Count; ++p) {
+    fit_.Start_Value[p] = static_cast<float>(datafiles::Val(text_[p * 3]->text().toStdString()));
+    fit_.Step_Value[p] = static_cast<float>(datafiles::Val(text_[p * 3 + 1]->text().toStdString()));
+    fit_.Tol_Value[p] = static_cast<float>(datafiles::Val(text_[p * 3 + 2]->text().toStdString()));
+    fit_.Fix_Flag[p] = fix_[p]->isChecked() ? 1 : 0;
+  }
+  relaxation::Run_Relax_Fit(fit_, [this](const relaxation::Simplex_State& st) {
+    count_->setText(QString::number(st.Iterations));
+    error_->setText(Number(st.Vertex_Error[static_cast<std::size_t>(st.Low)]));
+    if (relaxation::Relax_Repaint_Due(st.Iterations)) {
+      relaxation::Calc_Curve(fit_);
+      Show_Vertex0();
+      plot_->update();
+    }
+    // The window stays live: "計算中止", repaints and the close question.
+    QApplication::processEvents();
+    return !stop_;
+  });
+  if (fit_.Outcome == relaxation::Simplex_Step::Arithmetic_Error)
+    Show_Message(session_, relaxation::Fit_Error_Text(fit_.State.Iterations), Style_OK, "計算エラー");
+  count_->setText(QString::number(fit_.State.Iterations));
+  criterion_->setText(Q(relaxation::Criterion_Text(fit_.Final_Criterion)));
+  Show_Vertex0();
+  Show_Range();
+  running_ = false;
+  stop_ = false;
+  Set_Controls(true);
+  plot_->update();
+}
+
+void Relax_Window::Limits(float& x0, float& x1, float& y0, float& y1) const {
+  x0 = 0;
+  x1 = fit_.Data_T.empty() ? 1 : fit_.Data_T.back();
+  y0 = 0;
+  y1 = 0;
+  for (std::size_t j = 0; j < fit_.Data_T.size(); ++j) {
+    x0 = std::min(x0, fit_.Data_T[j]);
+    x1 = std::max(x1, fit_.Data_T[j]);
+    y0 = std::min(y0, fit_.Data_Y[j]);
+    y1 = std::max(y1, fit_.Data_Y[j]);
+  }
+  if (x1 <= x0) x1 = x0 + 1;
+  if (y1 <= y0) y1 = y0 + 1;
+}
+
+void Relax_Window::Show_Vertex0() {
+  const relaxation::Simplex_State& st = fit_.State;
+  if (st.Simplex.size() != relaxation::Relax_Param_Count) return;
+  for (std::size_t p = 0; p < relaxation::Relax_Param_Count; ++p) {
+    text_[p * 3]->setText(Number(st.Simplex[p][0]));
+    text_[p * 3 + 1]->setText(Number(st.Step_Value[p]));
+    text_[p * 3 + 2]->setText(Number(st.Tol_Value[p]));
+  }
+}
+
+void Relax_Window::Show_Range() {
+  if (fit_.Data_T.empty() || fit_.Last_Point < fit_.First_Point) return range_->clear();
+  range_->setText(Q("Start=" + Format_Number(fit_.Data_T[static_cast<std::size_t>(fit_.First_Point)], "####0.0##") +
+                    " s  End=" + Format_Number(fit_.Data_T[static_cast<std::size_t>(fit_.Last_Point)], "####0.0##") +
+                    " s"));
+}
+
+void Relax_Window::Set_Controls(bool enabled) {
+  // While a fit runs only "計算中止" answers; before any data only the choice.
+  combo_->setEnabled(!running_);
+  start_->setEnabled(enabled);
+  stop_button_->setEnabled(running_);
+  for (QLineEdit* t : text_) t->setEnabled(enabled);
+  for (QCheckBox* c : fix_) c->setEnabled(enabled);
+}
+
+void Relax_Window::closeEvent(QCloseEvent* e) {
+  if (running_) {
+    if (Show_Message(session_, "閉じますか", Style_Yes_No | Icon_Question, "解析の終了") != Msg_Yes) return e->ignore();
+    stop_ = true;
+  }
+  e->accept();
+}
+
+void Relax_Window::reject() {
+  // Escape closes through the same question as the window's close box.
+  close();
+}
+
+}  // namespace tevo::app
