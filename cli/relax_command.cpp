@@ -15,6 +15,7 @@
 #include <sstream>
 
 #include "commands.h"
+#include "editing/integrals.h"
 #include "editing/peaks.h"
 #include "relaxation/array_data.h"
 #include "relaxation/relaxation_fit.h"
@@ -22,16 +23,6 @@
 namespace tevo::cli {
 
 namespace {
-
-// The point of the ascending axis nearest `ppm`.
-int32_t Point_At(const Session& s, float ppm) {
-  const auto* axis = s.Spec_Axis.data();
-  const auto* at = std::lower_bound(axis, axis + s.Spec_Points, ppm);
-  auto k = static_cast<int32_t>(at - axis);
-  if (k >= s.Spec_Points) k = s.Spec_Points - 1;
-  if (k > 0 && std::fabs(axis[k - 1] - ppm) <= std::fabs(axis[k] - ppm)) --k;
-  return k;
-}
 
 // "A0=1,k=0.5": the parameters named get their value and are held fixed.
 bool Parse_Fix(const std::string& text, relaxation::Relax_Fit& fit) {
@@ -99,15 +90,15 @@ void Register_Relax(CLI::App& app, Context& ctx) {
         ctx.exit_code = Exit_Refused;
         return;
       }
-      const int32_t want = Point_At(s, *peak);
+      const int32_t want = editing::Spec_Point_Of_Ppm(s, *peak);
       const auto nearest = std::min_element(s.Peaks.begin(), s.Peaks.end(), [&](const Peak_Rec& a, const Peak_Rec& b) {
         return std::abs(a.Point - want) < std::abs(b.Point - want);
       });
       s.Peaks = {*nearest};
       selection = 1;
     } else {
-      first = std::max(1, Point_At(s, std::min(left, right)));
-      last = std::max(1, Point_At(s, std::max(left, right)));
+      first = std::max(1, editing::Spec_Point_Of_Ppm(s, std::min(left, right)));
+      last = std::max(1, editing::Spec_Point_Of_Ppm(s, std::max(left, right)));
     }
     const std::vector<relaxation::Intensity_Pair> pairs =
         relaxation::Extract_Intensities(s, selection, first, last, 0.1f, false);

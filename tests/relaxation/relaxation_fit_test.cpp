@@ -75,7 +75,8 @@ Series Build(double a0, double b, double T, double sigma, unsigned seed) {
   return s;
 }
 
-Relax_Fit Fit(const Series& s) {
+// The series over its whole range with the window's start values.
+Relax_Fit Prepared(const Series& s) {
   Relax_Fit fit;
   fit.Data_T = s.t;
   fit.Data_Y = s.y;
@@ -84,6 +85,11 @@ Relax_Fit Fit(const Series& s) {
   fit.Start_Value = start.value;
   fit.Step_Value = start.step;
   fit.Tol_Value = start.tol;
+  return fit;
+}
+
+Relax_Fit Fit(const Series& s) {
+  Relax_Fit fit = Prepared(s);
   Run_Relax_Fit(fit, [](const Simplex_State& st) { return st.Iterations < 100000; });
   return fit;
 }
@@ -130,14 +136,8 @@ TEST(RelaxationFit, KnownRelaxationTimesComeBack) {
 
 TEST(RelaxationFit, FixedParametersStopRequestAndArithmeticError) {
   const Series s = Build(-2, 1, 1.3, 0, 1);
-  Relax_Fit fit;
-  fit.Data_T = s.t;
-  fit.Data_Y = s.y;
-  fit.Last_Point = static_cast<int32_t>(s.t.size()) - 1;
-  const Relax_Start start = Relax_Start_Values(s.t, s.y, 1.0f);
-  fit.Start_Value = start.value;
-  fit.Step_Value = start.step;
-  fit.Tol_Value = start.tol;
+  Relax_Fit fit = Prepared(s);
+  const auto start_values = fit.Start_Value;
 
   // k held at a wrong value stays there to the bit; the others move.
   fit.Start_Value[Relax_K] = 0.5f;
@@ -154,7 +154,7 @@ TEST(RelaxationFit, FixedParametersStopRequestAndArithmeticError) {
 
   // A stop request ends the loop after the iteration that polled it.
   fit.Fix_Flag = {0, 0, 0};
-  fit.Start_Value = start.value;
+  fit.Start_Value = start_values;
   Run_Relax_Fit(fit, [](const Simplex_State& st) { return st.Iterations < 5; });
   EXPECT_EQ(fit.State.Iterations, 5);
   EXPECT_EQ(fit.Fit_Curve_T.size(), static_cast<size_t>(Curve_Steps + 1));
