@@ -76,10 +76,17 @@ std::string Write_Work_Copy(Session& s) {
 }
 
 // Reads the work copy back after a failed read, with the stored overlays,
-// so that the operator keeps what he had.
+// so that the operator keeps what he had. Without a work copy there was no
+// data set: whatever the failed reader left (a row count, a few points) is
+// cleared, so nothing half-read is shown or sized for display.
 void Read_Back_Work_Copy(Session& s, const std::string& work_copy, const std::string& open_name) {
-  if (work_copy.empty()) return;
   const int16_t saved = s.Data_Saved;
+  if (work_copy.empty()) {
+    Reset_Session_Data(s, true);
+    s.Open_Name = open_name;
+    s.Data_Saved = saved;
+    return;
+  }
   Reset_Session_Data(s, false);
   s.Overlay_Read_Mode = 0;
   if (Read_Native(s, work_copy) == 0) {
@@ -170,6 +177,9 @@ int Read_Routed(Session& s, const Recognition& r, const Open_Route& route) {
   Reset_Session_Data(s, overlay_mode == 3);
   s.Overlay_Read_Mode = static_cast<int16_t>(overlay_mode);
 
+  // A native file carries page settings that its reader copies into the
+  // settings; a read that fails must not leave them behind.
+  const session::Settings former_settings = s.settings;
   int status;
   try {
     status = route.read(s, path);
@@ -183,6 +193,7 @@ int Read_Routed(Session& s, const Recognition& r, const Open_Route& route) {
     status = 1;
   }
   if (status != 0) {
+    s.settings = former_settings;
     Read_Back_Work_Copy(s, work_copy, former_name);
     return status;
   }

@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 
 #include "datafiles/decoders.h"
 #include "datafiles/native.h"
+#include "datafiles/open_file.h"
 #include "native_sample.h"
 #include "session/settings.h"
 #include "support/test_support.h"
@@ -368,6 +370,24 @@ TEST(NativeMain, DataBlocksTheFileCannotHoldAreRefusedBeforeTheArraysGrow) {
     EXPECT_EQ(ui_t.shown[0].title, "Dataエラー");
     EXPECT_EQ(t.Point_Capacity, 0);
   }
+
+  // Found by fuzzing: a file whose read fails late, opened with no data set
+  // before it, left its 160 rows and the display settings it carries behind,
+  // and the display copy was sized from them (84 MB for a 19 kB file).
+  const char* source = std::getenv("TEVO_SOURCE_DIR");
+  ASSERT_NE(source, nullptr);
+  Session e;
+  platform::Scripted_Ui ui_e;
+  test::Quiet_Session(e, ui_e);
+  const session::Settings before = e.settings;
+  const std::string found = std::string(source) + "/tests/fuzz/corpus/native_tv1/failed_read_left_160_rows";
+  const std::string copy = (dir / "failed.tv1").string();
+  Write_Bytes(copy, Read_Bytes(found));
+  EXPECT_NE(datafiles::NM1D_m11_Click(e, {copy, {}}), 0);
+  EXPECT_EQ(e.Spec_Points, 0);
+  EXPECT_EQ(e.Array_Rows, 1);
+  EXPECT_TRUE(e.Disp_Y.Empty());
+  EXPECT_EQ(e.settings.Int("DISPLAY MIN"), before.Int("DISPLAY MIN"));
 }
 
 }  // namespace
