@@ -151,10 +151,10 @@ void Take_Acquisition_Label(Bruker_Read& r, const Bruker_Label& l, bool sizes) {
   else if (n == "$PROBHD") r.Probe = v;
   else if (n == "$GRDPROG") r.Gradient_Program = v;
   else if (n == "$INSTRUM") p.Instrument_Name = v;
-  else if (n == "$DE") p.DELAY = static_cast<float>(Val(v));
-  else if (n == "$DS") p.DUMMY = static_cast<int32_t>(Val(v));
-  else if (n == "$FW") p.FILTR = static_cast<float>(Val(v));
-  else if (n == "$RO") p.CSPED = static_cast<float>(Val(v));
+  else if (n == "$DE") p.DELAY = To_Real32(Val(v));
+  else if (n == "$DS") p.DUMMY = To_Int32(Val(v));
+  else if (n == "$FW") p.FILTR = To_Real32(Val(v));
+  else if (n == "$RO") p.CSPED = To_Real32(Val(v));
   else if (n == "$NUC1") r.Nuc1 = Upper(v);
   else if (n == "$NUCLEUS") r.Nucleus = Upper(v);
   else if (n == "$P") {
@@ -168,9 +168,9 @@ void Take_Acquisition_Label(Bruker_Read& r, const Bruker_Label& l, bool sizes) {
   } else if (n == "$CNST") r.Cnst = l.list;
   else if (n == "$SOLVENT") p.SLVNT = v;
   else if (n == "$DECNUC") p.IRNUC = v;
-  else if (n == "$RG") p.RGAIN = static_cast<int32_t>(Val(v));
-  else if (n == "$NS") p.SCANS = p.TIMES = static_cast<int32_t>(Val(v));
-  else if (n == "$TE") p.CTEMP = static_cast<float>(Val(v) - 273.15);
+  else if (n == "$RG") p.RGAIN = To_Int32(Val(v));
+  else if (n == "$NS") p.SCANS = p.TIMES = To_Int32(Val(v));
+  else if (n == "$TE") p.CTEMP = To_Real32(Val(v) - 273.15);
   else if (n == "$DATE") {
     if (Val(v) > 0) p.DATIM = Date_Text_Of(Val(v));
   } else if (n == "$GRPDLY") {
@@ -187,10 +187,10 @@ void Take_Acquisition_Label(Bruker_Read& r, const Bruker_Label& l, bool sizes) {
   else if (n == "$SFO1") {
     r.Observe_Frequency = Val(v);
     p.OBSET = 0;
-    p.OBFIN = static_cast<float>(Val(v) * 1e6 - static_cast<double>(p.OBFRQ) * 1e6);
-  } else if (n == "$SW_H") p.FREQU = static_cast<float>(Val(v));
+    p.OBFIN = To_Real32(Val(v) * 1e6 - static_cast<double>(p.OBFRQ) * 1e6);
+  } else if (n == "$SW_H") p.FREQU = To_Real32(Val(v));
   else if (n == "$TD") {
-    p.POINT = static_cast<int32_t>(Val(v));
+    p.POINT = To_Int32(Val(v));
     r.Td = p.POINT;
   } else if (n == "$YMAX_A" || n == "$YMIN_A") {
     if (Has_Point(v)) r.Y_Has_Point = true;
@@ -374,11 +374,11 @@ int RPBruP(Bruker_Read& r, const std::string& path) {
       if (Origin_Names_Vendor(v)) r.Origin_Ok = true;
     } else if (n == "$BYTORDP") r.Byte_Order = Byte_Order_Of(v);
     else if (n == "$SF") r.Spectrum_Frequency = Val(v);
-    else if (n == "$SW_P") p.FREQU = static_cast<float>(Val(v));
+    else if (n == "$SW_P") p.FREQU = To_Real32(Val(v));
     else if (n == "$SI") {
-      p.POINT = static_cast<int32_t>(Val(v));
+      p.POINT = To_Int32(Val(v));
       r.Td = p.POINT;
-    } else if (n == "$OFFSET") p.SMEXR = static_cast<float>(Val(v));
+    } else if (n == "$OFFSET") p.SMEXR = To_Real32(Val(v));
     else if (n == "$NC_PROC") r.Nc_Proc = static_cast<int32_t>(std::clamp(Val(v), -1e6, 1e6));
     else if (n == "$YMAX_P" || n == "$YMIN_P") {
       if (Has_Point(v)) r.Y_Has_Point = true;
@@ -424,7 +424,7 @@ int Read_Parm_Text(Bruker_Read& r, const std::string& path) {
     if (key == "PULPROG") p.EXMOD = v;
     else if (key == "PROBHD") r.Probe = v;
     else if (key == "GRDPROG") r.Gradient_Program = v;
-    else if (key == "AQ") p.ACQTM = static_cast<float>(Val(v));
+    else if (key == "AQ") p.ACQTM = To_Real32(Val(v));
     else if (key == "INSTRUM") p.Instrument_Name = v;
     else if (key == "WDW") {
       const std::string w = Upper(v);
@@ -432,15 +432,15 @@ int Read_Parm_Text(Bruker_Read& r, const std::string& path) {
       else if (w == "SINE") r.Window_Code = 1;
       else if (w == "QSINE") r.Window_Code = 2;
       else if (w == "GAUSS" || w == "GM") r.Window_Code = 3;
-    } else if (key == "NS") p.SCANS = p.TIMES = static_cast<int32_t>(Val(v));
-    else if (key == "DS") p.DUMMY = static_cast<int32_t>(Val(v));
-    else if (key == "RG") p.RGAIN = static_cast<int32_t>(Val(v));
+    } else if (key == "NS") p.SCANS = p.TIMES = To_Int32(Val(v));
+    else if (key == "DS") p.DUMMY = To_Int32(Val(v));
+    else if (key == "RG") p.RGAIN = To_Int32(Val(v));
     else if (key == "SOLVENT") p.SLVNT = v;
     else if (key == "NUC1") r.Nuc1 = Upper(v);
     else if (key == "NUCLEUS") r.Nucleus = Upper(v);
-    else if (key == "TE") p.CTEMP = static_cast<float>(Val(v) - 273.15);
-    else if (key == "P0") p.PW[0] = static_cast<float>(Val(v));
-    else if (key == "D1") p.PD = static_cast<float>(Val(v));
+    else if (key == "TE") p.CTEMP = To_Real32(Val(v) - 273.15);
+    else if (key == "P0") p.PW[0] = To_Real32(Val(v));
+    else if (key == "D1") p.PD = To_Real32(Val(v));
   }
   return 0;
 }

@@ -290,7 +290,7 @@ std::string Num_Text(double v) {
 template <auto Member>
 Tag_Io Float_Tag(const char* name) {
   return {name, [](const Data_Param& p, int) { return Num_Text(p.*Member); },
-          [](Data_Param& p, int, const std::string& v) { p.*Member = static_cast<float>(Val(v)); },
+          [](Data_Param& p, int, const std::string& v) { p.*Member = To_Real32(Val(v)); },
           0, std::numeric_limits<float>::max()};
 }
 template <auto Member>

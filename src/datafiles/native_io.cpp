@@ -360,7 +360,7 @@ int32_t Point_Of_Frequency(float hz, float resol, int32_t points) {
   if (!(resol > 0)) return 0;
   const double q = static_cast<double>(hz) / resol;
   const int32_t pt = std::isfinite(q) ? static_cast<int32_t>(std::clamp(q, -1.0, 2147483647.0)) : 0;
-  return std::clamp(pt, 0, std::max(points - 1, 0));
+  return std::clamp(pt, 0, points > 1 ? points - 1 : 0);
 }
 
 // ----------------------------------------------------------------- peaks ----

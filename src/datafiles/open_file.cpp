@@ -150,7 +150,9 @@ int Overlay_Keep_Prompt(Session& s, bool keep) {
 }
 
 std::string Observe_Text(double observe_mhz) {
-  const double snapped = static_cast<double>(static_cast<int64_t>(observe_mhz * 20 + 0.5)) / 20;
+  // To the nearest 0.05 MHz, cut toward zero as an integer conversion would;
+  // std::trunc keeps a damaged header's huge value from overflowing.
+  const double snapped = std::trunc(observe_mhz * 20 + 0.5) / 20;
   char buf[32];
   std::snprintf(buf, sizeof buf, "%.2f", snapped);
   return buf;

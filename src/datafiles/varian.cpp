@@ -78,7 +78,11 @@ Vnmr_Entry Read_Vnmr_Entry(const std::vector<std::string>& lines, size_t& at) {
   const bool text = head[2] == "2";
   const std::string& line = lines[at + 1];
   const auto count = Leading_Number(line);
-  if (!count || *count < 0 || *count != std::floor(*count)) return error;
+  // A count no line or lines that follow could hold is damage (text values
+  // take a line each, numbers share the count's line).
+  if (!count || *count < 0 || *count != std::floor(*count) ||
+      *count > static_cast<double>(lines.size() + line.size()))
+    return error;
   at += 2;
   const auto n = static_cast<uint64_t>(*count);
   if (text) {
