@@ -15,7 +15,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 
 #include "datafiles/vendor_text.h"
 #include "deconvolution/line_results.h"
@@ -131,20 +130,17 @@ void Line_Fit_Dialog::Set_Controls() {
 
 void Line_Fit_Dialog::Store(bool sort) {
   deconvolution::Sim_State& st = window_.State();
+  const float axis0 = deconvolution::Sim_Axis0(window_.session());
   st.Peaks = base_;
-  deconvolution::Store_Fit(fit_, st.Peaks, deconvolution::Sim_Axis0(window_.session()), st.Descending);
-  if (!sort) {
-    // Store_Fit sorts; while the fit runs the slots keep their order.
-    const float axis0 = deconvolution::Sim_Axis0(window_.session());
-    st.Peaks = base_;
-    for (std::size_t q = 0; q < fit_.Fit_Peak_Index.size(); ++q) {
-      const auto k = static_cast<std::size_t>(fit_.Fit_Peak_Index[q]);
-      const float* t = fit_.State.Trial.data() + 4 * q;
-      st.Peaks.Peak_Pos[k] = t[0] - axis0;
-      st.Peaks.Peak_Width[k] = std::fabs(t[1]);
-      st.Peaks.Peak_Height[k] = t[2];
-      st.Peaks.Peak_Gauss[k] = t[3];
-    }
+  if (sort) return deconvolution::Store_Fit(fit_, st.Peaks, axis0, st.Descending);
+  // While the fit runs the lines keep the order the slots index.
+  for (std::size_t q = 0; q < fit_.Fit_Peak_Index.size(); ++q) {
+    const auto k = static_cast<std::size_t>(fit_.Fit_Peak_Index[q]);
+    const float* t = fit_.State.Trial.data() + 4 * q;
+    st.Peaks.Peak_Pos[k] = t[0] - axis0;
+    st.Peaks.Peak_Width[k] = std::fabs(t[1]);
+    st.Peaks.Peak_Height[k] = t[2];
+    st.Peaks.Peak_Gauss[k] = t[3];
   }
 }
 
@@ -286,14 +282,7 @@ Line_List_Dialog::Line_List_Dialog(Line_Window& window) : QDialog(&window) {
   print->setEnabled(false);  // printed lists come with the page output
   auto* close = Named_Button(this, "Command1", "閉じる");
   connect(save, &QPushButton::clicked, this, [&s, &peaks, axis0] {
-    platform::File_Request request;
-    const std::filesystem::path name(s.Open_Name.empty() ? std::string("peaks") : s.Open_Name);
-    request.title = name.filename().string() + " の保存";
-    request.filter = "ASCII形式(*.txt)|*.txt|ASCII形式(*.dat)|*.dat|ASCII形式(*.asc)|*.asc|全てのファイル|*.*";
-    request.initial_name = name.stem().string() + "_peaks.txt";
-    request.initial_dir = name.parent_path().string();
-    request.default_ext = "txt";
-    if (const auto answer = s.ui->Save_File(request)) deconvolution::Write_Line_Results(s, peaks, axis0, answer->path);
+    if (const auto path = Ask_Ascii_Path(s)) deconvolution::Write_Line_Results(s, peaks, axis0, *path);
   });
   connect(close, &QPushButton::clicked, this, &QDialog::accept);
   row->addStretch();

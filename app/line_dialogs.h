@@ -47,7 +47,7 @@ class Line_Fit_Dialog : public QDialog {
  private:
   void Show_Values(const std::vector<float>& values);
   void Set_Controls();
-  // The fitted values into the window's lines (kept order, no sort).
+  // The last trial into the window's lines, sorted at the end of a fit.
   void Store(bool sort);
 
   Line_Window& window_;

@@ -11,10 +11,13 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 #include "dialog_parts.h"
 #include "editing/integrals.h"
+#include "deconvolution/line_results.h"
 #include "line_dialogs.h"
+#include "platform/ui.h"
 #include "platform/qt/qt_surface.h"
 #include "session/messages.h"
 #include "session/number_text.h"
@@ -43,6 +46,19 @@ platform::Colour Line_Colour(int k) {
 }
 
 }  // namespace
+
+std::optional<std::string> Ask_Ascii_Path(Session& s) {
+  const std::filesystem::path name(s.Open_Name);
+  platform::File_Request request;
+  request.title = name.filename().string() + " の保存";
+  request.initial_dir = name.parent_path().string();
+  request.initial_name = name.stem().empty() ? std::string("*.dat") : name.stem().string() + ".dat";
+  request.filter = "ASCII形式(*.dat)|*.dat*|ASCII形式(*.txt)|*.txt*|ASCII形式(*.asc)|*.asc*|全てのファイル|*.*|";
+  request.default_ext = "txt";
+  const auto answer = s.ui->Save_File(request);
+  if (!answer) return std::nullopt;
+  return answer->path;
+}
 
 Line_Plot::Line_Plot(Line_Window& owner) : QWidget(&owner), owner_(owner) {
   setObjectName("Picture1");
@@ -160,7 +176,10 @@ void Line_Plot::mousePressEvent(QMouseEvent* e) {
   owner_.Click(Ppm_Of_Pixel(p.x()), e->button() == Qt::LeftButton, reach);
 }
 
-void Line_Plot::mouseMoveEvent(QMouseEvent*) {}
+void Line_Plot::mouseMoveEvent(QMouseEvent* e) {
+  // An edge follows the mouse while the left button is held.
+  if (e->buttons() & Qt::LeftButton) owner_.Drag_Edge(Ppm_Of_Pixel(e->position().x()));
+}
 
 Line_Window::Line_Window(Session& session, QWidget* parent) : QDialog(parent), session_(session) {
   setObjectName("SpecSim_Form1");
@@ -176,7 +195,9 @@ Line_Window::Line_Window(Session& session, QWidget* parent) : QDialog(parent), s
     return a;
   };
   QMenu* file = bar->addMenu("ファイル(&F)");
-  add(file, "m13", "FittingピークのASCII保存", false);
+  connect(add(file, "m13", "FittingピークのASCII保存", true), &QAction::triggered, this, [this] {
+    if (const auto path = Ask_Ascii_Path(session_)) deconvolution::Write_Line_Curves(session_, state_, *path);
+  });
   add(file, "m41_1", "印刷・プレビュー", false);
   add(file, "m43", "ピークリストの印刷", false);
   add(file, "m42", "ﾌﾟﾘﾝﾀｰの設定", false);
@@ -264,6 +285,12 @@ void Line_Window::Click(double ppm, bool left_button, double reach_ppm) {
       deconvolution::Sim_Set_Range_Edge(session_, state_, ppm, mode_ == Click_Mode::Right_Edge);
       break;
   }
+  Refresh();
+}
+
+void Line_Window::Drag_Edge(double ppm) {
+  if (fitting_ || mode_ == Click_Mode::Peaks) return;
+  deconvolution::Sim_Set_Range_Edge(session_, state_, ppm, mode_ == Click_Mode::Right_Edge, false);
   Refresh();
 }
 

@@ -9,6 +9,8 @@
 
 #include <QDialog>
 #include <QWidget>
+#include <optional>
+#include <string>
 
 #include "deconvolution/line_edit.h"
 #include "session/session.h"
@@ -20,6 +22,10 @@ class QToolButton;
 namespace tevo::app {
 
 class Line_Window;
+
+// The save dialog of the window's text files: title "<data> の保存", the data's
+// name with ".dat", the ASCII kinds; the path chosen, or nothing.
+std::optional<std::string> Ask_Ascii_Path(Session& s);
 
 // Picture1: the spectrum stretch, the model, the residual band.
 class Line_Plot : public QWidget {
@@ -58,6 +64,8 @@ class Line_Window : public QDialog {
   void Refresh();
   // What a click at `ppm` does in the current mode (left or right button).
   void Click(double ppm, bool left_button, double reach_ppm);
+  // The edge of the current mode dragged on to `ppm` (no further undo record).
+  void Drag_Edge(double ppm);
   // m21: the fit of the lines inside the range (after the question when
   // there is none). m34: undo. Command3: the list of lines.
   void Start_Fit();

@@ -74,11 +74,11 @@ bool Sim_Delete_All(Session& s, Sim_State& st) {
   return true;
 }
 
-void Sim_Set_Range_Edge(const Session& s, Sim_State& st, double ppm, bool right_edge) {
+void Sim_Set_Range_Edge(const Session& s, Sim_State& st, double ppm, bool right_edge, bool keep_undo) {
   // The edge drawn on the right is the lower ppm, the lower index, when the
   // view runs from high to low ppm.
   const bool first = right_edge == st.Descending;
-  Sim_Push(st, right_edge ? 201 : 202);
+  if (keep_undo) Sim_Push(st, right_edge ? 201 : 202);
   (first ? st.Range_First : st.Range_Last) = editing::Spec_Point_Of_Ppm(s, ppm);
   if (st.Range_First > st.Range_Last) std::swap(st.Range_First, st.Range_Last);
 }

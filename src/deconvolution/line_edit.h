@@ -51,9 +51,9 @@ bool Sim_Delete_Near(const Session& s, Sim_State& st, double ppm, double reach);
 // Asks "全ピークを削除しますか？" and on yes removes every line (undo code 1).
 bool Sim_Delete_All(Session& s, Sim_State& st);
 // Moves the edge of the calculation range drawn on the right of the plot
-// (or the left one) to `ppm` (undo code 201 or 202); edges that cross
-// change places.
-void Sim_Set_Range_Edge(const Session& s, Sim_State& st, double ppm, bool right_edge);
+// (or the left one) to `ppm` (undo code 201 or 202, unless `keep_undo` is
+// false: the later steps of one drag); edges that cross change places.
+void Sim_Set_Range_Edge(const Session& s, Sim_State& st, double ppm, bool right_edge, bool keep_undo = true);
 // Keeps the lines and the range under `code` before a change.
 void Sim_Push(Sim_State& st, uint16_t code);
 // Undoes the newest step; false when the list is empty.

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "deconvolution/line_edit.h"
 #include "deconvolution/line_model.h"
 
 namespace tevo {
@@ -38,5 +39,11 @@ std::vector<Line_Result_Row> Line_Result_Rows(const Sim_Peaks& peaks, float axis
 // ", "; Shift-JIS, CR LF, logged as "Write". 0 written, 1 no lines, -1
 // after the file error message.
 int Write_Line_Results(Session& s, const Sim_Peaks& peaks, float axis0, const std::string& path);
+
+// The curves of the calculation range as text, a line per spectrum point:
+// ppm, the spectrum as the window shows it, the sum of the lines, then
+// each line's own value in line order, each value followed by ", ".
+// 0 written, 1 nothing to write, -1 after the file error message.
+int Write_Line_Curves(Session& s, const Sim_State& st, const std::string& path);
 
 }  // namespace tevo::deconvolution

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
+#include <sstream>
 #include <numbers>
 
 #include "deconvolution/line_edit.h"
@@ -86,6 +88,17 @@ TEST(LineEdit, ClicksRangeUndoAndTheResidualOfAnExactLine) {
   EXPECT_EQ(c.residual.size(), 101u);
   EXPECT_LT(c.limit, 1e-3f);
   EXPECT_EQ(Calc_Simulation(s, st, ppm(710), ppm(690), 500).x.size(), 500u);
+  // The curve file: at the line's point the spectrum, the sum and the line all 0.4.
+  test::Temp_Dir dir;
+  ASSERT_EQ(Write_Line_Curves(s, st, (dir / "curves.dat").string()), 0);
+  std::istringstream lines(test::Read_Text(dir / "curves.dat"));
+  std::vector<std::string> rows;
+  for (std::string l; std::getline(lines, l);) rows.push_back(l);
+  ASSERT_EQ(rows.size(), 101u);
+  double x = 0, y = 0, sum = 0, own = 0;
+  ASSERT_EQ(std::sscanf(rows[50].c_str(), "%lf, %lf, %lf, %lf, ", &x, &y, &sum, &own), 4);
+  EXPECT_NEAR(x, ppm(700), 1e-6);
+  for (double v : {y, sum, own}) EXPECT_NEAR(v, 0.4, 1e-6);
   Line_Fit fit;
   Sim_Prepare_Fit(s, st, fit);
   EXPECT_EQ(fit.Fit_Peak_Index.size(), 1u);
