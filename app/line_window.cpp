@@ -1,6 +1,7 @@
 #include "line_window.h"
 
 #include <QAction>
+#include <QLineEdit>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
@@ -14,6 +15,7 @@
 #include <filesystem>
 
 #include "dialog_parts.h"
+#include "hold_button.h"
 #include "editing/integrals.h"
 #include "deconvolution/line_results.h"
 #include "line_dialogs.h"
@@ -109,6 +111,7 @@ void Line_Plot::paintEvent(QPaintEvent*) {
     y1 = std::max(y1, v);
   }
   y1 = y1 <= y0 ? y0 + 1 : y1 + (y1 - y0) * 0.05f;
+  y1 = y0 + (y1 - y0) / owner_.Y_Mag();
   const auto py = [&](double v) { return b.bottom - static_cast<int>(std::lround((v - y0) / (y1 - y0) * (b.bottom - b.top))); };
   const auto px = [&](double ppm) { return static_cast<int>(std::lround(Pixel_Of_Ppm(ppm))); };
   const auto trace = [&](const std::vector<float>& x, const auto& y_of, platform::Colour colour) {
@@ -228,6 +231,28 @@ Line_Window::Line_Window(Session& session, QWidget* parent) : QDialog(parent), s
     form.exec();
   });
   tools->addWidget(manual);
+  // The vertical zoom: typed, or stepped by 10 % while a button is held.
+  auto* mag = Named_Field(this, "Text1");
+  mag->setMaximumWidth(70);
+  const auto zoom = [this, mag](float factor) {
+    y_mag_ = std::clamp(y_mag_ * factor, 0.01f, 10000.0f);
+    mag->setText(QString::number(static_cast<double>(y_mag_), 'g', 4));
+    plot_->update();
+    return y_mag_ > 0.01f && y_mag_ < 10000.0f;
+  };
+  auto* up = new Hold_Button("↑", [zoom] { zoom(1.1f); }, [zoom] { return zoom(1.1f); }, this);
+  up->setObjectName("Command1");
+  auto* down = new Hold_Button("↓", [zoom] { zoom(1 / 1.1f); }, [zoom] { return zoom(1 / 1.1f); }, this);
+  down->setObjectName("Command2");
+  On_Typed(mag, this, [this, mag, zoom] {
+    const float v = mag->text().toFloat();
+    if (v > 0) y_mag_ = 1.0f;
+    zoom(v > 0 ? v : 1.0f);
+  });
+  mag->setText("1");
+  up->setAutoDefault(false);
+  down->setAutoDefault(false);
+  for (QWidget* w : std::initializer_list<QWidget*>{up, down, mag}) tools->addWidget(w);
   auto* list = Named_Button(this, "Command3", "ﾋﾟｰｸの表示");
   list->setAutoDefault(false);
   connect(list, &QPushButton::clicked, this, &Line_Window::Show_List);

@@ -75,6 +75,8 @@ class Line_Window : public QDialog {
   void Set_Criterion(float criterion);
   const deconvolution::Sim_Curve& Curve() const { return curve_; }
   bool Fitting() const { return fitting_; }
+  // The spectrum's vertical magnification (1: its extremes fill the plot).
+  float Y_Mag() const { return y_mag_; }
   void Set_Fitting(bool on) { fitting_ = on; }
 
  private:
@@ -83,6 +85,7 @@ class Line_Window : public QDialog {
   deconvolution::Sim_Curve curve_;
   Click_Mode mode_ = Click_Mode::Peaks;
   bool fitting_ = false;
+  float y_mag_ = 1.0f;
   Line_Plot* plot_ = nullptr;  // Picture1
   QToolButton* mode_buttons_[3] = {};
   QLabel* count_ = nullptr;  // "No. of Peaks:"

@@ -693,6 +693,11 @@ TEST(LineWindow, TwoClicksOnADoubletFitOntoItsLines) {
   EXPECT_EQ(rows, 2);
   EXPECT_EQ(first, QString::fromStdString(tevo::Format_Number(st.Peaks.Peak_Pos[0] + axis0, "##0.0000")));
   Save_Shot(lines, "line_window");
+  // One press of the vertical zoom: 10 % taller.
+  auto* up = lines->findChild<tevo::app::Hold_Button*>("Command1");
+  QTest::mousePress(up, Qt::LeftButton);
+  QTest::mouseRelease(up, Qt::LeftButton);
+  EXPECT_FLOAT_EQ(lines->Y_Mag(), 1.1f);
   lines->close();
   s.Data_Saved = 1;
   EXPECT_TRUE(window.Try_Exit());
