@@ -48,6 +48,7 @@
 #include "menu_tree.h"
 #include "operator_dialog.h"
 #include "overlay_window.h"
+#include "line_window.h"
 #include "relax_window.h"
 #include "parameter_dialog.h"
 #include "phase_panel.h"
@@ -277,6 +278,7 @@ void Main_Window::Connect_Commands() {
   connect(Action("m292"), &QAction::triggered, this, &Main_Window::On_Parameters);
   connect(Action("m27"), &QAction::triggered, this, &Main_Window::On_Overlays);
   connect(Action("m52"), &QAction::triggered, this, &Main_Window::On_Relaxation);
+  connect(Action("m51"), &QAction::triggered, this, &Main_Window::On_Line_Separation);
   for (const session::Layer_Switch& l : session::Layer_Switches()) {
     Action(l.id)->setCheckable(true);
     connect(Action(l.id), &QAction::triggered, this, [this, l] {
@@ -490,6 +492,16 @@ void Main_Window::On_Relaxation() {
   relax_ = new Relax_Window(session_, session_.Select_Start, session_.Select_End, this);
   relax_->show();
   relax_->Select(0, true);
+}
+
+void Main_Window::On_Line_Separation() {
+  if (session_.Spec_Points <= 0 || (lines_ != nullptr && lines_->Fitting()) || !session::Confirm_Mode_Exit(session_))
+    return;
+  Refresh_State();
+  // A new window takes the view of the moment as its plot and range.
+  delete lines_;
+  lines_ = new Line_Window(session_, this);
+  lines_->show();
 }
 
 void Main_Window::On_Files_Dropped(const QStringList& paths) {

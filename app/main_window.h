@@ -29,6 +29,7 @@ class Phase_Panel;
 class Reference_Panel;
 class Overlay_Window;
 class Relax_Window;
+class Line_Window;
 
 class Main_Window : public QMainWindow {
   Q_OBJECT
@@ -55,6 +56,8 @@ class Main_Window : public QMainWindow {
   MultiView_Panel* Insets() const { return multiview_; }
   // T1Cal_Form1 once m52 has opened it.
   Relax_Window* Relaxation() const { return relax_; }
+  // SpecSim_Form1 once m51 has opened it.
+  Line_Window* Lines() const { return lines_; }
 
   // The start-up steps that need the window's Ui (settings, user choice,
   // work marker, command line); the window is not shown yet. Not
@@ -109,6 +112,7 @@ class Main_Window : public QMainWindow {
   // m27: the overlay window, made once and shown again.
   void On_Overlays();
   void On_Relaxation();
+  void On_Line_Separation();
 
   Session& session_;
   Qt_Ui ui_;
@@ -127,6 +131,7 @@ class Main_Window : public QMainWindow {
   Integral_Panel* integrals_ = nullptr;
   Overlay_Window* overlays_ = nullptr;  // NMR1D_Form6
   Relax_Window* relax_ = nullptr;  // T1Cal_Form1
+  Line_Window* lines_ = nullptr;  // SpecSim_Form1
   MultiView_Panel* multiview_ = nullptr;
   QScrollBar* scroll_ = nullptr;
   bool setting_scroll_ = false;

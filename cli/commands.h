@@ -70,5 +70,6 @@ void Register_Integrate(CLI::App& app, Context& ctx);
 void Register_Baseline(CLI::App& app, Context& ctx);
 void Register_Diff(CLI::App& app, Context& ctx);
 void Register_Relax(CLI::App& app, Context& ctx);
+void Register_Deconvolve(CLI::App& app, Context& ctx);
 
 }  // namespace tevo::cli

@@ -23,6 +23,7 @@ int main(int argc, char** argv) {
   tevo::cli::Register_Baseline(app, ctx);
   tevo::cli::Register_Diff(app, ctx);
   tevo::cli::Register_Relax(app, ctx);
+  tevo::cli::Register_Deconvolve(app, ctx);
 
   try {
     app.parse(argc, argv);

@@ -222,6 +222,8 @@ bool Command_Built(const std::string& id) {
       "m20", "m21", "m22", "m23", "m24", "m25", "m26", "m27", "m209", "m291", "m292", "m271", "m272",
       // array data
       "m6", "m341", "m342", "m52",
+      // line separation
+      "m5", "m51",
       // view and settings
       "m31", "m30", "m35", "m38", "m34", "m44", "m43", "m41", "m36", "m37", "m361", "m368", "m362", "m365", "m366",
       "m363",

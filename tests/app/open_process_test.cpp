@@ -52,7 +52,10 @@
 #include "phase_panel.h"
 #include "plot_widget.h"
 #include "qt_ui.h"
+#include "line_dialogs.h"
+#include "line_window.h"
 #include "relax_window.h"
+#include <QTreeWidget>
 #include "signal/fid_processing.h"
 #include "app_support.h"
 #include "support/test_support.h"
@@ -606,6 +609,96 @@ TEST(MainWindow, EveryEnabledMenuItemDoesSomething) {
     }
   }
   EXPECT_GE(walked, 15);
+  s.Data_Saved = 1;
+  EXPECT_TRUE(window.Try_Exit());
+}
+
+TEST(LineWindow, TwoClicksOnADoubletFitOntoItsLines) {
+  App();
+  Started_Window started(tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string());
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  window.Open_Command_Line();
+  ASSERT_GT(s.Spec_Points, 0);
+  // The doublet of lines at 7.0521 and 7.0806 ppm (the peak search's), in view.
+  s.X_Left = 7.10f;
+  s.X_Right = 7.03f;
+  window.Refresh_View();
+  ASSERT_TRUE(window.Action("m51")->isEnabled());
+  window.Action("m51")->trigger();
+  tevo::app::Line_Window* lines = window.Lines();
+  ASSERT_NE(lines, nullptr);
+  lines->resize(900, 600);
+  QApplication::processEvents();
+  auto* plot = lines->Plot();
+  const auto at = [plot](double ppm) { return QPoint(static_cast<int>(std::lround(plot->Pixel_Of_Ppm(ppm))), plot->height() * 3 / 4); };
+  // Two clicks beside the tops, a third line deleted by the right button and back by undo.
+  for (double ppm : {7.0571, 7.0756, 7.066}) QTest::mouseClick(plot, Qt::LeftButton, {}, at(ppm));
+  tevo::deconvolution::Sim_State& st = lines->State();
+  ASSERT_EQ(st.Peaks.Sim_Peak_Count, 3);
+  QTest::mouseClick(plot, Qt::RightButton, {}, at(7.0662));
+  EXPECT_EQ(st.Peaks.Sim_Peak_Count, 2);
+  QAction* undo = lines->Action("m34");
+  EXPECT_EQ(undo->text(), "UnDo(ピークの削除)");
+  undo->trigger();
+  EXPECT_EQ(st.Peaks.Sim_Peak_Count, 3);
+  QTest::mouseClick(plot, Qt::RightButton, {}, at(7.0662));
+  EXPECT_GT(st.Peaks.Peak_Height[0], 0.0f);  // from the slope under the click
+  // SpecSim_Form9: a press of WidthInc widens line 1 by 5 %, one undo record.
+  const float width = st.Peaks.Peak_Width[0];
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "SpecSim_Form9"; },
+                                [](QWidget& w) {
+                                  auto* inc = w.findChild<QPushButton*>("WidthInc");
+                                  QTest::mousePress(inc, Qt::LeftButton);
+                                  QTest::mouseRelease(inc, Qt::LeftButton);
+                                  Save_Shot(&w, "line_manual");
+                                  w.findChild<QPushButton*>("Command1")->click();
+                                });
+  lines->findChild<QToolButton*>("Button11")->click();
+  EXPECT_FLOAT_EQ(st.Peaks.Peak_Width[0], width * 1.05f);
+  EXPECT_EQ(undo->text(), "UnDo(ピークの変更)");
+
+  // The fit (SpecSim_Form4): start, then OK.
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "SpecSim_Form4"; },
+                                [](QWidget& w) {
+                                  w.findChild<QPushButton*>("Command1")->click();
+                                  Save_Shot(&w, "line_fit_dialog");
+                                  w.findChild<QPushButton*>("Command2")->click();
+                                });
+  lines->Action("m21")->trigger();
+  const float axis0 = tevo::deconvolution::Sim_Axis0(s);
+  ASSERT_EQ(st.Peaks.Sim_Peak_Count, 2);
+  // Onto the tops the peak search finds (higher ppm first), within 3/4 of a
+  // point, from clicks 2.5 points (5e-3 ppm) away on the inner slopes.
+  const double point = std::fabs(s.Spec_Axis[1] - s.Spec_Axis[0]);
+  EXPECT_NEAR(st.Peaks.Peak_Pos[0] + axis0, 7.0806, 0.75 * point);
+  EXPECT_NEAR(st.Peaks.Peak_Pos[1] + axis0, 7.0521, 0.75 * point);
+  EXPECT_TRUE(lines->findChild<QLabel*>("Labelcr")->text().startsWith("Criterion="));
+  EXPECT_FALSE(undo->isEnabled());  // a fit empties the undo list
+  EXPECT_LT(lines->Curve().limit, 20.0f);  // the residual, percent of the tallest point
+
+  // The list (SpecSim_Form10) shows both lines.
+  int rows = 0;
+  QString first;
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "SpecSim_Form10"; },
+                                [&](QWidget& w) {
+                                  auto* list = w.findChild<QTreeWidget*>("ListView1");
+                                  rows = list->topLevelItemCount();
+                                  first = list->topLevelItem(0)->text(1);
+                                  Save_Shot(&w, "line_list");
+                                  w.findChild<QPushButton*>("Command1")->click();
+                                });
+  lines->findChild<QPushButton*>("Command3")->click();
+  EXPECT_EQ(rows, 2);
+  EXPECT_EQ(first, QString::fromStdString(tevo::Format_Number(st.Peaks.Peak_Pos[0] + axis0, "##0.0000")));
+  Save_Shot(lines, "line_window");
+  // One press of the vertical zoom: 10 % taller.
+  auto* up = lines->findChild<tevo::app::Hold_Button*>("Command1");
+  QTest::mousePress(up, Qt::LeftButton);
+  QTest::mouseRelease(up, Qt::LeftButton);
+  EXPECT_FLOAT_EQ(lines->Y_Mag(), 1.1f);
+  lines->close();
   s.Data_Saved = 1;
   EXPECT_TRUE(window.Try_Exit());
 }

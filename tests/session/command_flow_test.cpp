@@ -79,11 +79,13 @@ TEST(MenuState, NoDataLoadedAndArray) {
   EXPECT_FALSE(m["m10"]);
   EXPECT_FALSE(m["m22"]);
   EXPECT_FALSE(m["m102"]);
+  EXPECT_FALSE(m["m51"]);
   s.Is_Spectrum = 1;
   s.Spec_Points = 1024;
   m = session::Menu_Enabled(s);
   EXPECT_TRUE(m["m10"]);
   EXPECT_TRUE(m["m22"]);
+  EXPECT_TRUE(m["m51"]);  // the line separation needs a spectrum only
   EXPECT_FALSE(m["m52"]);
   s.Array_Rows = 4;
   // The T1/T2 window needs two rows or more; the peak separation (m61)

@@ -1,0 +1,346 @@
+#include "line_window.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+
+#include "dialog_parts.h"
+#include "hold_button.h"
+#include "editing/integrals.h"
+#include "deconvolution/line_results.h"
+#include "line_dialogs.h"
+#include "platform/ui.h"
+#include "platform/qt/qt_surface.h"
+#include "session/messages.h"
+#include "session/number_text.h"
+
+namespace tevo::app {
+
+namespace {
+
+QString Q(const std::string& s) { return QString::fromStdString(s); }
+
+// The plot's two bands inside the widget: the residual at the top, the
+// spectrum below it, sharing the horizontal scale.
+struct Bands {
+  int left, right, res_top, res_bottom, top, bottom;
+};
+Bands Plot_Bands(const QWidget& w) {
+  const int res_h = std::max(30, w.height() / 5);
+  return {50, w.width() - 20, 8, 8 + res_h, 8 + res_h + 12, w.height() - 30};
+}
+
+// The line's colours, cycling: the model red, the spectrum black.
+platform::Colour Line_Colour(int k) {
+  static const platform::Colour table[] = {platform::Rgb(0, 128, 0), platform::Rgb(0, 0, 255), platform::Rgb(192, 96, 0),
+                                           platform::Rgb(128, 0, 160), platform::Rgb(0, 128, 160)};
+  return table[static_cast<std::size_t>(k) % std::size(table)];
+}
+
+}  // namespace
+
+std::optional<std::string> Ask_Ascii_Path(Session& s) {
+  const std::filesystem::path name(s.Open_Name);
+  platform::File_Request request;
+  request.title = name.filename().string() + " の保存";
+  request.initial_dir = name.parent_path().string();
+  request.initial_name = name.stem().empty() ? std::string("*.dat") : name.stem().string() + ".dat";
+  request.filter = "ASCII形式(*.dat)|*.dat*|ASCII形式(*.txt)|*.txt*|ASCII形式(*.asc)|*.asc*|全てのファイル|*.*|";
+  request.default_ext = "txt";
+  const auto answer = s.ui->Save_File(request);
+  if (!answer) return std::nullopt;
+  return answer->path;
+}
+
+Line_Plot::Line_Plot(Line_Window& owner) : QWidget(&owner), owner_(owner) {
+  setObjectName("Picture1");
+  setMinimumSize(640, 380);
+}
+
+double Line_Plot::Pixel_Of_Ppm(double ppm) const {
+  const Bands b = Plot_Bands(*this);
+  const deconvolution::Sim_State& st = owner_.State();
+  const double span = st.Range_Right_Ppm - st.Range_Left_Ppm;
+  return span == 0 ? b.left : b.left + (ppm - st.Range_Left_Ppm) / span * (b.right - b.left);
+}
+
+double Line_Plot::Ppm_Of_Pixel(double x) const {
+  const Bands b = Plot_Bands(*this);
+  const deconvolution::Sim_State& st = owner_.State();
+  return st.Range_Left_Ppm + (x - b.left) / (b.right - b.left) * (st.Range_Right_Ppm - st.Range_Left_Ppm);
+}
+
+void Line_Plot::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(rect(), Qt::white);
+  Session& s = owner_.session();
+  const deconvolution::Sim_State& st = owner_.State();
+  const deconvolution::Sim_Curve& c = owner_.Curve();
+  if (s.Spec_Points <= 0 || s.Spec_Axis.empty()) return;
+  platform::QtSurface surface(painter, width(), height(), logicalDpiY(), true);
+  const Bands b = Plot_Bands(*this);
+  const platform::Colour black = platform::Rgb(0, 0, 0), red = platform::Rgb(255, 0, 0),
+                         grey = platform::Rgb(128, 128, 128), magenta = platform::Rgb(200, 0, 200);
+  const auto box = [&](int top, int bottom) {
+    surface.Set_Pen(platform::Pen_Style::Solid, 1, black);
+    surface.Move_To(b.left, top);
+    surface.Line_To(b.right, top);
+    surface.Line_To(b.right, bottom);
+    surface.Line_To(b.left, bottom);
+    surface.Line_To(b.left, top);
+  };
+  box(b.res_top, b.res_bottom);
+  box(b.top, b.bottom);
+  // The spectrum's vertical scale: its extremes in view (0 always shown).
+  const int32_t pa = editing::Spec_Point_Of_Ppm(s, st.Range_Left_Ppm), pb = editing::Spec_Point_Of_Ppm(s, st.Range_Right_Ppm);
+  const int32_t p0 = std::min(pa, pb), p1 = std::max(pa, pb);
+  float y0 = 0, y1 = 0;
+  for (int32_t p = p0; p <= p1; ++p) {
+    const float v = deconvolution::Sim_Spectrum_Value(s, p);
+    y0 = std::min(y0, v);
+    y1 = std::max(y1, v);
+  }
+  y1 = y1 <= y0 ? y0 + 1 : y1 + (y1 - y0) * 0.05f;
+  y1 = y0 + (y1 - y0) / owner_.Y_Mag();
+  const auto py = [&](double v) { return b.bottom - static_cast<int>(std::lround((v - y0) / (y1 - y0) * (b.bottom - b.top))); };
+  const auto px = [&](double ppm) { return static_cast<int>(std::lround(Pixel_Of_Ppm(ppm))); };
+  const auto trace = [&](const std::vector<float>& x, const auto& y_of, platform::Colour colour) {
+    if (x.empty()) return;
+    surface.Set_Pen(platform::Pen_Style::Solid, 1, colour);
+    surface.Move_To(px(x[0]), py(y_of(0)));
+    for (std::size_t j = 1; j < x.size(); ++j) surface.Line_To(px(x[j]), py(y_of(j)));
+  };
+  std::vector<float> sx;
+  for (int32_t p = p0; p <= p1; ++p) sx.push_back(s.Spec_Axis[static_cast<std::size_t>(p)]);
+  trace(sx, [&](std::size_t j) { return deconvolution::Sim_Spectrum_Value(s, p0 + static_cast<int32_t>(j)); }, black);
+  // Each line on its own, then the sum.
+  const float axis0 = deconvolution::Sim_Axis0(s);
+  for (int32_t k = 0; k < st.Peaks.Sim_Peak_Count; ++k) {
+    const auto i = static_cast<std::size_t>(k);
+    trace(c.x, [&](std::size_t j) {
+      return deconvolution::Line_Shape(st.Peaks.Peak_Pos[i] + axis0, st.Peaks.Peak_Width[i], st.Peaks.Peak_Height[i],
+                                       st.Peaks.Peak_Gauss[i], c.x[j], s.Spectrum_Frequency);
+    }, Line_Colour(k));
+  }
+  trace(c.x, [&](std::size_t j) { return c.y[j]; }, red);
+  // The calculation range's edges, dashed.
+  surface.Set_Pen(platform::Pen_Style::Dash, 1, magenta);
+  for (int32_t p : {st.Range_First, st.Range_Last}) {
+    const int x = px(s.Spec_Axis[static_cast<std::size_t>(std::clamp(p, 0, s.Spec_Points - 1))]);
+    surface.Move_To(x, b.res_top);
+    surface.Line_To(x, b.bottom);
+  }
+  // The residual in its band, symmetric around 0.
+  const int mid = (b.res_top + b.res_bottom) / 2;
+  surface.Set_Pen(platform::Pen_Style::Dot, 1, grey);
+  surface.Move_To(b.left, mid);
+  surface.Line_To(b.right, mid);
+  if (!c.range_x.empty()) {
+    surface.Set_Pen(platform::Pen_Style::Solid, 1, black);
+    const auto ry = [&](float v) { return mid - static_cast<int>(std::lround(v / c.limit * (mid - b.res_top))); };
+    surface.Move_To(px(c.range_x[0]), ry(c.residual[0]));
+    for (std::size_t j = 1; j < c.range_x.size(); ++j) surface.Line_To(px(c.range_x[j]), ry(c.residual[j]));
+  }
+  // The lines' numbers above their tops, the axis numbers below.
+  Font_Rec font;
+  font.Face = "MS UI Gothic";
+  surface.Set_Background_Mode(platform::Background_Mode::Transparent);
+  for (int32_t k = 0; k < st.Peaks.Sim_Peak_Count; ++k) {
+    const auto i = static_cast<std::size_t>(k);
+    const int x = px(st.Peaks.Peak_Pos[i] + axis0), y = py(st.Peaks.Peak_Height[i]);
+    surface.Set_Pen(platform::Pen_Style::Solid, 1, Line_Colour(k));
+    surface.Move_To(x, y - 4);
+    surface.Line_To(x, y - 14);
+    surface.Set_Text_Colour(Line_Colour(k));
+    surface.Text_Out(x - 4, y - 28, std::to_string(k + 1), font, 11);
+  }
+  surface.Set_Text_Colour(black);
+  surface.Text_Out(b.left, b.bottom + 6, Format_Number(st.Range_Left_Ppm, "##0.000"), font, 11);
+  surface.Text_Out(b.right - 40, b.bottom + 6, Format_Number(st.Range_Right_Ppm, "##0.000"), font, 11);
+  surface.Text_Out(b.left - 46, b.res_top, Format_Number(c.limit, "0.0##") + "%", font, 10);
+}
+
+void Line_Plot::mousePressEvent(QMouseEvent* e) {
+  const Bands b = Plot_Bands(*this);
+  const QPoint p = e->position().toPoint();
+  if (p.x() < b.left || p.x() > b.right || p.y() < b.res_top || p.y() > b.bottom) return;
+  // Within reach of a line: 2 % of the plot's width.
+  const double reach = std::fabs(Ppm_Of_Pixel(b.left + 0.02 * (b.right - b.left)) - Ppm_Of_Pixel(b.left));
+  owner_.Click(Ppm_Of_Pixel(p.x()), e->button() == Qt::LeftButton, reach);
+}
+
+void Line_Plot::mouseMoveEvent(QMouseEvent* e) {
+  // An edge follows the mouse while the left button is held.
+  if (e->buttons() & Qt::LeftButton) owner_.Drag_Edge(Ppm_Of_Pixel(e->position().x()));
+}
+
+Line_Window::Line_Window(Session& session, QWidget* parent) : QDialog(parent), session_(session) {
+  setObjectName("SpecSim_Form1");
+  setWindowTitle("波形の分離");
+  deconvolution::Sim_Open(session_, state_);
+  auto* layout = new QVBoxLayout(this);
+  auto* bar = new QMenuBar(this);
+  layout->setMenuBar(bar);
+  const auto add = [this](QMenu* menu, const char* id, const char* caption, bool built) {
+    QAction* a = menu->addAction(caption);
+    a->setObjectName(id);
+    a->setEnabled(built);
+    return a;
+  };
+  QMenu* file = bar->addMenu("ファイル(&F)");
+  connect(add(file, "m13", "FittingピークのASCII保存", true), &QAction::triggered, this, [this] {
+    if (const auto path = Ask_Ascii_Path(session_)) deconvolution::Write_Line_Curves(session_, state_, *path);
+  });
+  add(file, "m41_1", "印刷・プレビュー", false);
+  add(file, "m43", "ピークリストの印刷", false);
+  add(file, "m42", "ﾌﾟﾘﾝﾀｰの設定", false);
+  connect(add(file, "m51", "閉じる", true), &QAction::triggered, this, &QDialog::close);
+  QMenu* calc = bar->addMenu("計算(&C)");
+  connect(add(calc, "m21", "計算の開始", true), &QAction::triggered, this, &Line_Window::Start_Fit);
+  QMenu* edit = bar->addMenu("編集(&E)");
+  undo_ = add(edit, "m34", "UnDo", false);
+  connect(undo_, &QAction::triggered, this, &Line_Window::Undo);
+
+  // Toolbar1: the three click modes, delete all, manual setting, the list.
+  auto* tools = new QHBoxLayout;
+  const char* modes[] = {"ピークの追加・削除", "計算範囲右端の移動", "計算範囲左端の移動"};
+  for (int m = 0; m < 3; ++m) {
+    mode_buttons_[m] = Named_Tool(this, ("Button" + std::to_string(m + 1)).c_str(), modes[m], true);
+    connect(mode_buttons_[m], &QToolButton::clicked, this, [this, m] { Set_Mode(static_cast<Click_Mode>(m)); });
+    tools->addWidget(mode_buttons_[m]);
+  }
+  auto* all = Named_Tool(this, "Button10", "全ピーク削除", false);
+  connect(all, &QToolButton::clicked, this, [this] {
+    if (!fitting_ && deconvolution::Sim_Delete_All(session_, state_)) Refresh();
+  });
+  tools->addWidget(all);
+  auto* manual = Named_Tool(this, "Button11", "手動設定", false);
+  connect(manual, &QToolButton::clicked, this, [this] {
+    if (fitting_) return;
+    Manual_Dialog form(*this);
+    form.exec();
+  });
+  tools->addWidget(manual);
+  // The vertical zoom: typed, or stepped by 10 % while a button is held.
+  auto* mag = Named_Field(this, "Text1");
+  mag->setMaximumWidth(70);
+  const auto zoom = [this, mag](float factor) {
+    y_mag_ = std::clamp(y_mag_ * factor, 0.01f, 10000.0f);
+    mag->setText(QString::number(static_cast<double>(y_mag_), 'g', 4));
+    plot_->update();
+    return y_mag_ > 0.01f && y_mag_ < 10000.0f;
+  };
+  auto* up = new Hold_Button("↑", [zoom] { zoom(1.1f); }, [zoom] { return zoom(1.1f); }, this);
+  up->setObjectName("Command1");
+  auto* down = new Hold_Button("↓", [zoom] { zoom(1 / 1.1f); }, [zoom] { return zoom(1 / 1.1f); }, this);
+  down->setObjectName("Command2");
+  On_Typed(mag, this, [this, mag, zoom] {
+    const float v = mag->text().toFloat();
+    if (v > 0) y_mag_ = 1.0f;
+    zoom(v > 0 ? v : 1.0f);
+  });
+  mag->setText("1");
+  up->setAutoDefault(false);
+  down->setAutoDefault(false);
+  for (QWidget* w : std::initializer_list<QWidget*>{up, down, mag}) tools->addWidget(w);
+  auto* list = Named_Button(this, "Command3", "ﾋﾟｰｸの表示");
+  list->setAutoDefault(false);
+  connect(list, &QPushButton::clicked, this, &Line_Window::Show_List);
+  tools->addWidget(list);
+  tools->addStretch();
+  layout->addLayout(tools);
+
+  auto* labels = new QHBoxLayout;
+  for (auto [label, name] : {std::pair{&count_, "Label_Count"}, std::pair{&start_, "Labelstart"},
+                             std::pair{&end_, "Labelend"}, std::pair{&criterion_, "Labelcr"}}) {
+    *label = new QLabel(this);
+    (*label)->setObjectName(name);
+    labels->addWidget(*label);
+  }
+  labels->addStretch();
+  layout->addLayout(labels);
+  plot_ = new Line_Plot(*this);
+  layout->addWidget(plot_, 1);
+  Set_Mode(Click_Mode::Peaks);
+  Refresh();
+}
+
+QAction* Line_Window::Action(const char* id) const { return findChild<QAction*>(id); }
+
+void Line_Window::Set_Mode(Click_Mode mode) {
+  mode_ = mode;
+  for (int m = 0; m < 3; ++m) mode_buttons_[m]->setChecked(m == static_cast<int>(mode));
+}
+
+void Line_Window::Refresh() {
+  const Bands b = Plot_Bands(*plot_);
+  curve_ = deconvolution::Calc_Simulation(session_, state_, state_.Range_Left_Ppm, state_.Range_Right_Ppm,
+                                          std::max(2, b.right - b.left));
+  count_->setText(QString("No. of Peaks: %1").arg(state_.Peaks.Sim_Peak_Count));
+  start_->setText(Q(deconvolution::Sim_Range_Text(session_, state_, true)));
+  end_->setText(Q(deconvolution::Sim_Range_Text(session_, state_, false)));
+  undo_->setText(Q(deconvolution::Sim_Undo_Caption(state_.Undo)));
+  undo_->setEnabled(!fitting_ && state_.Undo[0].Code != 65535);
+  plot_->update();
+}
+
+void Line_Window::Click(double ppm, bool left_button, double reach_ppm) {
+  if (fitting_) return;  // the window refuses editing while a fit runs
+  switch (mode_) {
+    case Click_Mode::Peaks:
+      if (left_button) {
+        if (!deconvolution::Sim_Add_Peak(session_, state_, ppm)) session_.ui->Beep();
+      } else if (!deconvolution::Sim_Delete_Near(session_, state_, ppm, reach_ppm)) {
+        return;
+      }
+      break;
+    case Click_Mode::Right_Edge:
+    case Click_Mode::Left_Edge:
+      if (!left_button) return;
+      deconvolution::Sim_Set_Range_Edge(session_, state_, ppm, mode_ == Click_Mode::Right_Edge);
+      break;
+  }
+  Refresh();
+}
+
+void Line_Window::Drag_Edge(double ppm) {
+  if (fitting_ || mode_ == Click_Mode::Peaks) return;
+  deconvolution::Sim_Set_Range_Edge(session_, state_, ppm, mode_ == Click_Mode::Right_Edge, false);
+  Refresh();
+}
+
+void Line_Window::Start_Fit() {
+  if (fitting_) return;
+  if (state_.Peaks.Sim_Peak_Count == 0) {
+    Show_Message(session_, "初期ピークを設定してください", Style_OK, "ピークの設定");
+    return;
+  }
+  Line_Fit_Dialog form(*this);
+  form.exec();
+  Refresh();
+}
+
+void Line_Window::Undo() {
+  if (!fitting_ && deconvolution::Sim_Undo(state_)) Refresh();
+}
+
+void Line_Window::Show_List() {
+  Line_List_Dialog form(*this);
+  form.exec();
+}
+
+void Line_Window::Set_Criterion(float criterion) {
+  criterion_->setText(Q("Criterion=" + Format_Number(criterion, "#.#####E+##")));
+}
+
+}  // namespace tevo::app
