@@ -8,9 +8,9 @@ namespace tevo::app {
 
 const std::vector<Menu_Item>& Menu_Tree() {
   // Captions of the file menu start with "*" or two blanks: both are part of
-  // the caption. The rows of m18X (m182_k) stand for overlay slot k; the
-  // other overlay rows (m2101, m2731) and the recent files are added at run
-  // time under their parents.
+  // the caption. The rows of m18X (m182_k) stand for overlay slot k, those
+  // of m273 (m2731_n) for slot 10 - n; the rows of m2101 and the recent
+  // files are added at run time under their parents.
   static const std::vector<Menu_Item> items = {
       {"NM1D_m1", "", "ﾌｧｲﾙ (&F)"},
       {"NM1D_m11", "NM1D_m1", "*読込 (&O)"},
@@ -62,6 +62,15 @@ const std::vector<Menu_Item>& Menu_Tree() {
       {"m26", "m2", "拡大図の添付 (&M)", true},
       {"m27", "m2", "ｽﾍﾟｸﾄﾙの重ね書き (&S)"},
       {"m273", "m2", "重ね書きの編集"},
+      {"m2731_9", "m273", "スペクトル(2)"},
+      {"m2731_8", "m273", "スペクトル(3)"},
+      {"m2731_7", "m273", "スペクトル(4)"},
+      {"m2731_6", "m273", "スペクトル(5)"},
+      {"m2731_5", "m273", "スペクトル(6)"},
+      {"m2731_4", "m273", "スペクトル(7)"},
+      {"m2731_3", "m273", "スペクトル(8)"},
+      {"m2731_2", "m273", "スペクトル(9)"},
+      {"m2731_1", "m273", "スペクトル(10)"},
       {"m271", "m2", "差スペクトル (&D)"},
       {"m272", "m2", "DEPT 微調整"},
       {"m291", "m2", "スペクトルの左右反転 (&I)"},

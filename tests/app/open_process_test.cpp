@@ -53,6 +53,8 @@
 #include "plot_widget.h"
 #include "qt_ui.h"
 #include "relax_window.h"
+#include "slot_edit_window.h"
+#include "spectrum_view.h"
 #include "signal/fid_processing.h"
 #include "app_support.h"
 #include "support/test_support.h"
@@ -474,6 +476,42 @@ TEST(Overlays, MultiSpectrumWindowLoadsScalesAndTheMainPlotShowsTheSlots) {
   const int red = tevo::overlay::Slot_Colour(s, 1), blue = tevo::overlay::Slot_Colour(s, 2);
   EXPECT_GT(Ink_Of(window.Plot(), red), 100);
   EXPECT_GT(Ink_Of(window.Plot(), blue), 100);
+
+  // SMulti_Form1 on spectrum (2), the aspirin JCAMP of slot 1: the slot's
+  // trace alone in its colour, the peak panel of the main window finding its
+  // peaks; after closing the slot holds them and the main plot shows it.
+  const tevo::Overlay_Slot before = s.Overlay[1];
+  EXPECT_TRUE(window.Action("m2731_9")->isEnabled());  // spectrum (2): slot 1
+  EXPECT_FALSE(window.Action("m2731_7")->isEnabled());  // spectrum (4): slot 3, empty
+  bool edited = false;
+  tevo::test::When_Window_Shown(
+      [](QWidget* w) { return w->objectName() == "SMulti_Form1"; },
+      [&](QWidget& w) {
+        edited = true;
+        auto& editor = static_cast<tevo::app::Slot_Edit_Window&>(w);
+        EXPECT_TRUE(editor.isModal());
+        EXPECT_EQ(editor.windowTitle().toStdString(), "重書き(2) データ編集: aspirin-1h.dx");
+        editor.Action("m24")->trigger();
+        EXPECT_EQ(editor.Working().Mode.Edit_Mode, 4);
+        EXPECT_EQ(s.Mode.Edit_Mode, 0);
+        tevo::app::Peak_Panel* panel = editor.View()->Peaks();
+        EXPECT_TRUE(panel->isVisible());
+        panel->Button(3)->click();  // 全体検索
+        EXPECT_FALSE(editor.Working().Peaks.empty());
+        QApplication::processEvents();
+        EXPECT_GT(Ink_Of(editor.View()->Plot(), red), 100);
+        EXPECT_EQ(Ink_Of(editor.View()->Plot(), blue), 0);
+        Save_Shot(&editor, "slot_edit_window");
+        panel->findChild<QPushButton*>("PeakCommand1")->click();  // 閉じる
+        editor.Action("BasicCommand1")->trigger();
+      });
+  window.Action("m2731_9")->trigger();
+  ASSERT_TRUE(edited);
+  EXPECT_FALSE(s.Overlay[1].Slot_Peaks.empty());
+  EXPECT_EQ(s.Overlay[1].Slot_Y, before.Slot_Y);
+  EXPECT_EQ(s.Overlay[1].Slot_Y_Offset, before.Slot_Y_Offset);
+  EXPECT_EQ(s.Overlay[1].Slot_File, before.Slot_File);
+  EXPECT_GT(Ink_Of(window.Plot(), red), 100);
 
   // Slot 2's magnification typed, slot 3's raised by one press of its button.
   auto* mag = form->findChild<QLineEdit*>("Text1_1");
