@@ -184,9 +184,14 @@ void Main_Window::Connect_Commands() {
   connect(Action("m292"), &QAction::triggered, this, &Main_Window::On_Parameters);
   connect(Action("m27"), &QAction::triggered, this, &Main_Window::On_Overlays);
   connect(Action("m52"), &QAction::triggered, this, &Main_Window::On_Relaxation);
-  for (int n = 1; n <= 9; ++n)
+  // The rows of m273 open the overlay editor, those of m28 open it in the
+  // reference mode.
+  for (int n = 1; n <= 9; ++n) {
     connect(Action("m2731_" + std::to_string(n)), &QAction::triggered, this,
-            [this, n] { On_Edit_Slot(overlay::Edit_Menu_Slot(n)); });
+            [this, n] { On_Edit_Slot(overlay::Edit_Menu_Slot(n), {}); });
+    connect(Action("m2101_" + std::to_string(n)), &QAction::triggered, this,
+            [this, n] { On_Edit_Slot(overlay::Edit_Menu_Slot(n), "m21"); });
+  }
   for (const session::Layer_Switch& l : session::Layer_Switches()) {
     Action(l.id)->setCheckable(true);
     connect(Action(l.id), &QAction::triggered, this, [this, l] {
@@ -353,10 +358,11 @@ void Main_Window::On_Overlays() {
   overlays_->raise();
 }
 
-void Main_Window::On_Edit_Slot(int slot) {
+void Main_Window::On_Edit_Slot(int slot, const std::string& mode) {
   if (!overlay::Slot_Editable(session_, slot) || !session::Confirm_Mode_Exit(session_)) return;
   Refresh_State();
   Slot_Edit_Window form(session_, slot, this);
+  if (!mode.empty()) form.Action(mode)->trigger();
   form.exec();
   Refresh_State();
 }

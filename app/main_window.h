@@ -94,9 +94,10 @@ class Main_Window : public QMainWindow {
   // m27: the overlay window, made once and shown again.
   void On_Overlays();
   void On_Relaxation();
-  // A row of m273: SMulti_Form1 on the slot, modal; the slot and its row of
+  // A row of m273 or m28: SMulti_Form1 on the slot, modal, in the mode of
+  // the command `mode` when one is given ("m21"); the slot and its row of
   // the overlay window show the edit afterwards.
-  void On_Edit_Slot(int slot);
+  void On_Edit_Slot(int slot, const std::string& mode);
 
   Session& session_;
   Qt_Ui ui_;

@@ -9,8 +9,8 @@ namespace tevo::app {
 const std::vector<Menu_Item>& Menu_Tree() {
   // Captions of the file menu start with "*" or two blanks: both are part of
   // the caption. The rows of m18X (m182_k) stand for overlay slot k, those
-  // of m273 (m2731_n) for slot 10 - n; the rows of m2101 and the recent
-  // files are added at run time under their parents.
+  // of m28 (m2101_n) and m273 (m2731_n) for slot 10 - n; the recent files
+  // are added at run time under their parent.
   static const std::vector<Menu_Item> items = {
       {"NM1D_m1", "", "ﾌｧｲﾙ (&F)"},
       {"NM1D_m11", "NM1D_m1", "*読込 (&O)"},
@@ -56,6 +56,15 @@ const std::vector<Menu_Item>& Menu_Tree() {
       {"m22", "m2", "位相補正(Phase) (&P)", true},
       {"m21", "m2", "Reference設定 (&R)", true},
       {"m28", "m2", "Reference設定(重ね書き)"},
+      {"m2101_9", "m28", "スペクトル(2)"},
+      {"m2101_8", "m28", "スペクトル(3)"},
+      {"m2101_7", "m28", "スペクトル(4)"},
+      {"m2101_6", "m28", "スペクトル(5)"},
+      {"m2101_5", "m28", "スペクトル(6)"},
+      {"m2101_4", "m28", "スペクトル(7)"},
+      {"m2101_3", "m28", "スペクトル(8)"},
+      {"m2101_2", "m28", "スペクトル(9)"},
+      {"m2101_1", "m28", "スペクトル(10)"},
       {"m23", "m2", "ベースライン補正 (&B)", true},
       {"m24", "m2", "ピーク検出 (&T)", true},
       {"m25", "m2", "積分 (&I)", true},

@@ -22,6 +22,7 @@
 #include "overlay/slot_edit.h"
 #include "plot_widget.h"
 #include "session/command_flow.h"
+#include "signal/phase_mode.h"
 #include "spectrum_view.h"
 
 namespace tevo::app {
@@ -113,6 +114,12 @@ void Slot_Edit_Window::Build_Menus() {
     Slot_Display_Dialog form(working_, this);
     if (form.exec() == QDialog::Accepted) Refresh_View();
   });
+  QAction* power = add(view, "m34", Main_Caption("m34"));
+  power->setCheckable(true);
+  connect(power, &QAction::triggered, this, [this] {
+    signal::m34_Click(working_);
+    Refresh_State();
+  });
   connect(add(view, "m35", Main_Caption("m35")), &QAction::triggered, this, [this] {
     display::Save_Mag(working_);
     display::View_After_Load(working_);
@@ -127,6 +134,7 @@ void Slot_Edit_Window::Refresh_State() {
     Action(c.id)->setEnabled(enabled.at(c.id));
     Action(c.id)->setChecked(working_.Mode.Edit_Mode == c.mode);
   }
+  Action("m34")->setChecked(working_.Show_Magnitude != 0);
   Action("m20")->setText(Q(editing::Undo_Caption(working_).caption));
   Action("m20")->setEnabled(enabled.at("m20"));
   setWindowTitle(Q(overlay::Slot_Edit_Title(slot_, row_.Slot_File)));
@@ -229,8 +237,8 @@ Slot_Display_Dialog::Slot_Display_Dialog(Session& working, QWidget* parent)
   auto* range_row = new QHBoxLayout(range);
   upper_ = Named_Field(range, "Text3");
   lower_ = Named_Field(range, "Text4");
-  upper_->setText(QString::number(values_.range.upper, 'g', 8));
-  lower_->setText(QString::number(values_.range.lower, 'g', 8));
+  upper_->setText(QString::number(values_.range.upper, 'f', 4));
+  lower_->setText(QString::number(values_.range.lower, 'f', 4));
   range_row->addWidget(upper_);
   range_row->addWidget(new QLabel(QStringLiteral("～"), range));
   range_row->addWidget(lower_);
