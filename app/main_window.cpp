@@ -188,9 +188,9 @@ void Main_Window::Connect_Commands() {
   // reference mode.
   for (int n = 1; n <= 9; ++n) {
     connect(Action("m2731_" + std::to_string(n)), &QAction::triggered, this,
-            [this, n] { On_Edit_Slot(overlay::Edit_Menu_Slot(n), {}); });
+            [this, n] { Edit_Slot(overlay::Edit_Menu_Slot(n), {}); });
     connect(Action("m2101_" + std::to_string(n)), &QAction::triggered, this,
-            [this, n] { On_Edit_Slot(overlay::Edit_Menu_Slot(n), "m21"); });
+            [this, n] { Edit_Slot(overlay::Edit_Menu_Slot(n), "m21"); });
   }
   for (const session::Layer_Switch& l : session::Layer_Switches()) {
     Action(l.id)->setCheckable(true);
@@ -358,7 +358,7 @@ void Main_Window::On_Overlays() {
   overlays_->raise();
 }
 
-void Main_Window::On_Edit_Slot(int slot, const std::string& mode) {
+void Main_Window::Edit_Slot(int slot, const std::string& mode) {
   if (!overlay::Slot_Editable(session_, slot) || !session::Confirm_Mode_Exit(session_)) return;
   Refresh_State();
   Slot_Edit_Window form(session_, slot, this);

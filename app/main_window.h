@@ -63,6 +63,11 @@ class Main_Window : public QMainWindow {
   // on, "終了" in the user window).
   bool Started() const { return started_; }
 
+  // A row of m273 or m28: SMulti_Form1 on the slot, modal, in the mode of
+  // the command `mode` when one is given ("m21"); the slot and its row of
+  // the overlay window show the edit afterwards.
+  void Edit_Slot(int slot, const std::string& mode);
+
   // The end of the program through m19_Click; returns true when it may end.
   // The clean-up has been done then.
   bool Try_Exit();
@@ -94,10 +99,6 @@ class Main_Window : public QMainWindow {
   // m27: the overlay window, made once and shown again.
   void On_Overlays();
   void On_Relaxation();
-  // A row of m273 or m28: SMulti_Form1 on the slot, modal, in the mode of
-  // the command `mode` when one is given ("m21"); the slot and its row of
-  // the overlay window show the edit afterwards.
-  void On_Edit_Slot(int slot, const std::string& mode);
 
   Session& session_;
   Qt_Ui ui_;

@@ -8,7 +8,6 @@
 #include "display/style.h"
 #include "display/view_commands.h"
 #include "overlay/overlay_set.h"
-#include "page/markup.h"
 #include "session/messages.h"
 #include "session/session.h"
 
@@ -19,7 +18,6 @@ namespace {
 constexpr float Default_Noise_Level = 0.005f, Default_Peak_Level = 0.01f;
 constexpr float Default_Integ = 1.0f;
 constexpr int Default_Digits = 4;
-constexpr std::size_t Slot_Comment_Bytes = 30;
 
 bool Edit_Slot(int slot) { return slot >= 1 && slot < Overlay_Rows; }
 
@@ -36,10 +34,6 @@ bool Slot_Editable(const Session& s, int slot) { return Edit_Slot(slot) && Slot(
 
 std::string Slot_Edit_Title(int slot, const std::string& file) {
   return "重書き(" + std::to_string(slot + 1) + ") データ編集: " + std::filesystem::path(file).filename().string();
-}
-
-void Set_Slot_Comment(Overlay_Slot& row, const std::string& text) {
-  row.Slot_Comment = page::Cut_To_Bytes(text, Slot_Comment_Bytes);
 }
 
 Session Session_From_Slot(const Session& main, int slot) {

@@ -25,8 +25,6 @@ bool Slot_Editable(const Session& s, int slot);
 // The editor's title: "重書き(" number ") データ編集: " and the name of
 // the slot's file.
 std::string Slot_Edit_Title(int slot, const std::string& file);
-// SMulti_Form4's "確定": the slot's comment, cut to 30 bytes.
-void Set_Slot_Comment(Overlay_Slot& row, const std::string& text);
 
 // The working session of slot `slot` of `main`: the slot's points, axis,
 // parameters, lists, level lines and integral reference, with the

@@ -66,9 +66,13 @@ Overlay_Slot Slot_From_Session(const Session& t, const std::string& path, const 
   o.Slot_Integ_Ref = t.Integ_Ref;
   o.Slot_Integ_Scale = t.Integ_Scale;
   o.Slot_Integ_Ref_Index = t.Integ_Ref_Index;
-  o.Slot_Comment = page::Cut_To_Bytes(t.Param.COMNT, Slot_Comment_Bytes);
+  Set_Slot_Comment(o, t.Param.COMNT);
   o.Slot_File = path;
   return o;
+}
+
+void Set_Slot_Comment(Overlay_Slot& o, const std::string& text) {
+  o.Slot_Comment = page::Cut_To_Bytes(text, Slot_Comment_Bytes);
 }
 
 int Read_Overlay_Slot(Session& s, int slot, const std::string& path, Slot_Align align) {

@@ -42,4 +42,8 @@ Session Scratch_Of(const Session& s);
 // colour the slot had.
 Overlay_Slot Slot_From_Session(const Session& t, const std::string& path, const Overlay_Slot& keep);
 
+// The slot's comment, cut to 30 bytes: from the file's comment at a read,
+// or as typed in the overlay editor's SMulti_Form4.
+void Set_Slot_Comment(Overlay_Slot& o, const std::string& text);
+
 }  // namespace tevo::overlay
