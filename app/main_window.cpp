@@ -15,15 +15,10 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
-#include <QScrollBar>
-#include <QStackedWidget>
 #include <QStatusBar>
 #include <QUrl>
-#include <QVBoxLayout>
 
 #include "array_span_dialog.h"
-#include "baseline_panel.h"
-#include "basic_toolbar.h"
 #include "dept_dialog.h"
 #include "difference_dialog.h"
 #include "editing/baseline.h"
@@ -31,12 +26,7 @@
 #include "editing/integrals.h"
 #include "editing/peaks.h"
 #include "editing/undo.h"
-#include "integral_panel.h"
-#include "multiview_panel.h"
-#include "display/inset_mode.h"
-#include "display/insets.h"
 #include "display/style.h"
-#include "peak_panel.h"
 #include "datafiles/open_file.h"
 #include "display/view_commands.h"
 #include "editing/mirror.h"
@@ -50,10 +40,8 @@
 #include "overlay_window.h"
 #include "relax_window.h"
 #include "parameter_dialog.h"
-#include "phase_panel.h"
 #include "plot_widget.h"
 #include "range_dialog.h"
-#include "reference_panel.h"
 #include "required_files_dialog.h"
 #include "overlay/slot_edit.h"
 #include "signal/phase_mode.h"
