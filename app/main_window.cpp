@@ -15,15 +15,10 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
-#include <QScrollBar>
-#include <QStackedWidget>
 #include <QStatusBar>
 #include <QUrl>
-#include <QVBoxLayout>
 
 #include "array_span_dialog.h"
-#include "baseline_panel.h"
-#include "basic_toolbar.h"
 #include "dept_dialog.h"
 #include "difference_dialog.h"
 #include "editing/baseline.h"
@@ -31,12 +26,7 @@
 #include "editing/integrals.h"
 #include "editing/peaks.h"
 #include "editing/undo.h"
-#include "integral_panel.h"
-#include "multiview_panel.h"
-#include "display/inset_mode.h"
-#include "display/insets.h"
 #include "display/style.h"
-#include "peak_panel.h"
 #include "datafiles/open_file.h"
 #include "display/view_commands.h"
 #include "editing/mirror.h"
@@ -51,12 +41,13 @@
 #include "line_window.h"
 #include "relax_window.h"
 #include "parameter_dialog.h"
-#include "phase_panel.h"
 #include "plot_widget.h"
 #include "range_dialog.h"
-#include "reference_panel.h"
 #include "required_files_dialog.h"
+#include "overlay/slot_edit.h"
 #include "signal/phase_mode.h"
+#include "slot_edit_window.h"
+#include "spectrum_view.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
 #include "session/startup.h"
@@ -84,15 +75,6 @@ void Run_Derived_Form(Main_Window& w, Session& s) {
   w.Refresh_State();
 }
 
-// The view's thumb value (0 .. Scroll_Thumb_Max) on a bar running 0 .. maximum,
-// and back. A bar without room (maximum 0) sits at the start.
-int Bar_From_Thumb(int thumb, int maximum) {
-  return static_cast<int>(std::lround(static_cast<double>(thumb) * maximum / display::Scroll_Thumb_Max));
-}
-int Thumb_From_Bar(int value, int maximum) {
-  if (maximum <= 0) return 0;
-  return static_cast<int>(std::lround(static_cast<double>(value) * display::Scroll_Thumb_Max / maximum));
-}
 }  // namespace
 
 Main_Window::Main_Window(Session& session, QWidget* parent)
@@ -103,31 +85,15 @@ Main_Window::Main_Window(Session& session, QWidget* parent)
   setAcceptDrops(true);
   actions_ = Build_Menus(menuBar());
 
-  auto* central = new QWidget(this);
-  layout_ = new QVBoxLayout(central);
-  layout_->setContentsMargins(0, 0, 0, 0);
-  layout_->setSpacing(0);
-  plot_ = new Plot_Widget(session_, central);
-  scroll_ = new QScrollBar(Qt::Horizontal, central);
-  scroll_->setObjectName("FlatScrollBar_H");
-  connect(scroll_, &QScrollBar::valueChanged, this, [this](int value) {
-    if (setting_scroll_) return;  // the view itself moved the bar
-    display::Scroll_To_View(session_, Thumb_From_Bar(value, scroll_->maximum()));
+  view_ = new Spectrum_View(session_, this);
+  connect(view_, &Spectrum_View::view_changed, this, &Main_Window::Refresh_View);
+  connect(view_, &Spectrum_View::range_requested, this, &Main_Window::On_Range_Dialog);
+  connect(view_, &Spectrum_View::finished, this, &Main_Window::Refresh_State);
+  connect(view_, &Spectrum_View::edited, this, [this] {
+    Refresh_Edits();
     Refresh_View();
   });
-  connect(plot_, &Plot_Widget::view_changed, this, &Main_Window::Refresh_View);
-  Build_Panels();
-  // "TOOL BAR POSIT": 0 puts the tool panel above the plot, 1 below it.
-  if (session_.settings.Int("TOOL BAR POSIT") == 1) {
-    layout_->addWidget(plot_, 1);
-    layout_->addWidget(scroll_);
-    layout_->addWidget(panels_);
-  } else {
-    layout_->addWidget(panels_);
-    layout_->addWidget(plot_, 1);
-    layout_->addWidget(scroll_);
-  }
-  setCentralWidget(central);
+  setCentralWidget(view_);
   cursor_label_ = new QLabel(this);
   statusBar()->addPermanentWidget(cursor_label_);
   // Picture3: the distance window's three lines, while it is open.
@@ -135,10 +101,10 @@ Main_Window::Main_Window(Session& session, QWidget* parent)
   distance_label_->setObjectName("Picture3");
   distance_label_->setVisible(false);
   statusBar()->addWidget(distance_label_, 1);
-  connect(plot_, &Plot_Widget::cursor_moved, this, [this](double ppm, double height) {
+  connect(view_->Plot(), &Plot_Widget::cursor_moved, this, [this](double ppm, double height) {
     cursor_label_->setText(QString::asprintf("%.4f ppm   %.4g", ppm, height));
   });
-  connect(plot_, &Plot_Widget::files_dropped, this, &Main_Window::On_Files_Dropped);
+  connect(view_->Plot(), &Plot_Widget::files_dropped, this, &Main_Window::On_Files_Dropped);
   Connect_Commands();
   resize(1024, 720);
   Refresh_State();
@@ -149,81 +115,11 @@ QAction* Main_Window::Action(const std::string& id) const {
   return it == actions_.end() ? nullptr : it->second;
 }
 
-void Main_Window::Build_Panels() {
-  panels_ = new QStackedWidget(this);
-  panels_->setObjectName("ToolPanels");
-  // Mode 0: the basic tool-bar with the view buttons and the row field.
-  basic_ = new Basic_Toolbar(session_, panels_);
-  connect(basic_, &Basic_Toolbar::view_changed, this, &Main_Window::Refresh_View);
-  connect(basic_, &Basic_Toolbar::range_requested, this, &Main_Window::On_Range_Dialog);
-  panels_->addWidget(basic_);
-  Build_Edit_Panels();
-  // Modes 1..6 get their panels from the subsystems that own them.
-  for (const char* name : {"RefToolbar", "PhaseToolbar", "BaselineToolbar", "PeakToolbar",
-                           "IntegralToolbar", "MultiViewToolbar"}) {
-    QWidget* panel = nullptr;
-    if (std::string(name) == "RefToolbar") {
-      reference_ = new Reference_Panel(session_, panels_);
-      connect(reference_, &Reference_Panel::changed, this, &Main_Window::Refresh_View);
-      connect(reference_, &Reference_Panel::finished, this, &Main_Window::Refresh_State);
-      connect(plot_, &Plot_Widget::range_dragged, reference_, &Reference_Panel::Range_Dragged);
-      connect(plot_, &Plot_Widget::point_clicked, reference_, &Reference_Panel::Point_Clicked);
-      panel = reference_;
-    } else if (std::string(name) == "PhaseToolbar") {
-      phase_ = new Phase_Panel(session_, signal::Phase_Place::Main_Window, panels_);
-      connect(phase_, &Phase_Panel::changed, this, &Main_Window::Refresh_View);
-      connect(phase_, &Phase_Panel::finished, this, &Main_Window::Refresh_State);
-      panel = phase_;
-    } else if (std::string(name) == "BaselineToolbar") {
-      panel = baseline_;
-    } else if (std::string(name) == "PeakToolbar") {
-      panel = peaks_;
-    } else if (std::string(name) == "IntegralToolbar") {
-      panel = integrals_;
-    } else {
-      panel = multiview_;
-    }
-    panels_->addWidget(panel);
-  }
-}
-
-void Main_Window::Build_Edit_Panels() {
-  baseline_ = new Baseline_Panel(session_, plot_, panels_);
-  peaks_ = new Peak_Panel(session_, plot_, panels_);
-  integrals_ = new Integral_Panel(session_, plot_, panels_);
-  multiview_ = new MultiView_Panel(session_, plot_, panels_);
-  const auto edited = [this] {
-    Refresh_Edits();
-    Refresh_View();
-  };
-  connect(baseline_, &Baseline_Panel::changed, this, edited);
-  connect(peaks_, &Peak_Panel::changed, this, edited);
-  connect(integrals_, &Integral_Panel::changed, this, edited);
-  connect(multiview_, &MultiView_Panel::changed, this, edited);
-  connect(multiview_, &MultiView_Panel::finished, this, &Main_Window::Refresh_State);
-  connect(plot_, &Plot_Widget::context_requested, multiview_, &MultiView_Panel::Context_Menu);
-  connect(baseline_, &Baseline_Panel::finished, this, &Main_Window::Refresh_State);
-  connect(peaks_, &Peak_Panel::finished, this, &Main_Window::Refresh_State);
-  connect(integrals_, &Integral_Panel::finished, this, &Main_Window::Refresh_State);
-  connect(plot_, &Plot_Widget::edit_mouse, this, [this](QPoint press, QPoint release) {
-    switch (session_.Mode.Edit_Mode) {
-      case session::Mode_Baseline: return baseline_->Mouse_Up(press, release);
-      case session::Mode_Peak: return peaks_->Mouse_Up(press, release);
-      case session::Mode_Integral: return integrals_->Mouse_Up(press, release);
-      case session::Mode_Inset: return multiview_->Mouse_Up(press, release);
-      default: return;
-    }
-  });
-}
-
 void Main_Window::Refresh_Edits() {
   const editing::Undo_Menu undo = editing::Undo_Caption(session_);
   Action("m20")->setText(Q(undo.caption));
   Action("m20")->setEnabled(session::Menu_Enabled(session_)["m20"]);
-  baseline_->Refresh();
-  peaks_->Refresh();
-  integrals_->Refresh();
-  multiview_->Refresh();
+  view_->Refresh_Panels();
 }
 
 void Main_Window::Connect_Commands() {
@@ -263,7 +159,6 @@ void Main_Window::Connect_Commands() {
   connect(Action("m41"), &QAction::triggered, this, &Main_Window::On_Version);
   connect(Action("m209"), &QAction::triggered, this, &Main_Window::On_History);
   connect(Action("m34"), &QAction::triggered, this, &Main_Window::On_Power_Spectrum);
-  connect(Action("m21"), &QAction::triggered, this, &Main_Window::On_Reference_Mode);
   connect(Action("m31"), &QAction::triggered, this, &Main_Window::On_Range_Dialog);
   connect(Action("m30"), &QAction::triggered, this, &Main_Window::On_Grid_Dialog);
   connect(Action("m44"), &QAction::triggered, this, &Main_Window::On_Instrument_Table);
@@ -279,6 +174,14 @@ void Main_Window::Connect_Commands() {
   connect(Action("m27"), &QAction::triggered, this, &Main_Window::On_Overlays);
   connect(Action("m52"), &QAction::triggered, this, &Main_Window::On_Relaxation);
   connect(Action("m51"), &QAction::triggered, this, &Main_Window::On_Line_Separation);
+  // The rows of m273 open the overlay editor, those of m28 open it in the
+  // reference mode.
+  for (int n = 1; n <= 9; ++n) {
+    connect(Action("m2731_" + std::to_string(n)), &QAction::triggered, this,
+            [this, n] { Edit_Slot(overlay::Edit_Menu_Slot(n), {}); });
+    connect(Action("m2101_" + std::to_string(n)), &QAction::triggered, this,
+            [this, n] { Edit_Slot(overlay::Edit_Menu_Slot(n), "m21"); });
+  }
   for (const session::Layer_Switch& l : session::Layer_Switches()) {
     Action(l.id)->setCheckable(true);
     connect(Action(l.id), &QAction::triggered, this, [this, l] {
@@ -298,23 +201,12 @@ void Main_Window::Connect_Commands() {
     display::View_After_Load(session_);
     Refresh_View();
   });
-  // The three editing modes, and undo of their list edits.
-  connect(Action("m23"), &QAction::triggered, this, [this] {
-    editing::m23_Click(session_);
-    Refresh_State();
-  });
-  connect(Action("m24"), &QAction::triggered, this, [this] {
-    editing::m24_Click(session_);
-    Refresh_State();
-  });
-  connect(Action("m25"), &QAction::triggered, this, [this] {
-    editing::m25_Click(session_);
-    Refresh_State();
-  });
-  connect(Action("m26"), &QAction::triggered, this, [this] {
-    display::m26_Click(session_);
-    Refresh_State();
-  });
+  // The editing modes, and undo of their list edits.
+  for (const Spectrum_View::Mode_Command& c : Spectrum_View::Mode_Commands())
+    connect(Action(c.id), &QAction::triggered, this, [this, id = std::string(c.id)] {
+      view_->Enter_Mode(id);
+      Refresh_State();
+    });
   // The array view: all rows stacked in one frame, or the current row alone.
   Action("m341")->setCheckable(true);
   connect(Action("m341"), &QAction::triggered, this, [this] {
@@ -335,10 +227,6 @@ void Main_Window::Connect_Commands() {
   });
   connect(Action("m271"), &QAction::triggered, this, [this] { Run_Derived_Form<Difference_Dialog>(*this, session_); });
   connect(Action("m272"), &QAction::triggered, this, [this] { Run_Derived_Form<DEPT_Dialog>(*this, session_); });
-  connect(Action("m22"), &QAction::triggered, this, [this] {
-    if (signal::m22_Click(session_)) phase_->Refresh();
-    Refresh_State();
-  });
 }
 
 void Main_Window::Refresh_State() {
@@ -350,17 +238,15 @@ void Main_Window::Refresh_State() {
     const auto it = enabled.find(item.id);
     if (QAction* a = Action(item.id)) a->setEnabled(it != enabled.end() && it->second);
   }
-  static const std::pair<const char*, int16_t> mode_items[] = {
-      {"m21", session::Mode_Reference}, {"m22", session::Mode_Phase}, {"m23", session::Mode_Baseline},
-      {"m24", session::Mode_Peak},      {"m25", session::Mode_Integral}, {"m26", session::Mode_Inset}};
-  for (const auto& [id, mode] : mode_items) Action(id)->setChecked(session_.Mode.Edit_Mode == mode);
+  for (const Spectrum_View::Mode_Command& c : Spectrum_View::Mode_Commands())
+    Action(c.id)->setChecked(session_.Mode.Edit_Mode == c.mode);
   Action("m34")->setChecked(session_.Show_Magnitude != 0);
   Action("m341")->setChecked(display::Setting_Int(session_, "DISP ARRAY MODE", 0) != 0);
   Action("m38")->setCheckable(true);
   Action("m38")->setChecked(session_.Show_Distance == 1);
   for (const session::Layer_Switch& l : session::Layer_Switches())
     Action(l.id)->setChecked(session::Layer_Checked(session_, l));
-  panels_->setCurrentIndex(std::clamp<int>(session_.Mode.Edit_Mode, 0, 6));
+  view_->Show_Mode();
   Refresh_Edits();
   setWindowTitle(Q(session::Window_Caption(session_.Open_Name)));
   if (overlays_ != nullptr) overlays_->Refresh();
@@ -369,26 +255,11 @@ void Main_Window::Refresh_State() {
 }
 
 void Main_Window::Refresh_View() {
-  // The magnification under each inset follows the main X window.
-  display::Refresh_Inset_Scale(session_);
-  basic_->Refresh();
-  const display::Scroll_State bar = display::Scroll_From_View(session_);
-  setting_scroll_ = true;
-  // The thumb is the shown share of the spectrum: Qt draws it as
-  // pageStep / (maximum + pageStep), so the bar runs over 0 .. 10000 minus the
-  // page and the view's thumb value 0 .. 10000 is scaled onto that.
-  const int maximum = std::max(display::Scroll_Thumb_Max - bar.large_change, 0);
-  scroll_->setEnabled(bar.enabled);
-  scroll_->setRange(0, maximum);
-  scroll_->setPageStep(bar.large_change);
-  scroll_->setSingleStep(bar.small_change);
-  scroll_->setValue(Bar_From_Thumb(bar.value, maximum));
-  setting_scroll_ = false;
+  view_->Refresh_View();
   QStringList distance;
   for (const std::string& line : display::Distance_Text(session_)) distance << Q(line);
   distance_label_->setText(distance.join(QStringLiteral("    ")));
   distance_label_->setVisible(!distance.isEmpty());
-  plot_->Redraw();
 }
 
 void Main_Window::Rebuild_Recent_Menu() {
@@ -443,11 +314,6 @@ void Main_Window::On_Power_Spectrum() {
   Refresh_State();
 }
 
-void Main_Window::On_Reference_Mode() {
-  if (editing::m21_Click(session_)) reference_->Refresh();
-  Refresh_State();
-}
-
 void Main_Window::On_Range_Dialog() {
   Range_Dialog form(session_, this);
   if (form.exec() == QDialog::Accepted) Refresh_View();
@@ -480,6 +346,15 @@ void Main_Window::On_Overlays() {
   overlays_->Refresh();
   overlays_->show();
   overlays_->raise();
+}
+
+void Main_Window::Edit_Slot(int slot, const std::string& mode) {
+  if (!overlay::Slot_Editable(session_, slot) || !session::Confirm_Mode_Exit(session_)) return;
+  Refresh_State();
+  Slot_Edit_Window form(session_, slot, this);
+  if (!mode.empty()) form.Action(mode)->trigger();
+  form.exec();
+  Refresh_State();
 }
 
 void Main_Window::On_Relaxation() {

@@ -10,23 +10,13 @@
 #include "datafiles/open_file.h"
 #include "qt_ui.h"
 #include "session/session.h"
+#include "spectrum_view.h"
 
 class QAction;
 class QLabel;
-class QScrollBar;
-class QStackedWidget;
-class QVBoxLayout;
 
 namespace tevo::app {
 
-class Plot_Widget;
-class Basic_Toolbar;
-class Baseline_Panel;
-class Integral_Panel;
-class MultiView_Panel;
-class Peak_Panel;
-class Phase_Panel;
-class Reference_Panel;
 class Overlay_Window;
 class Relax_Window;
 class Line_Window;
@@ -38,22 +28,22 @@ class Main_Window : public QMainWindow {
 
   // The action of a menu item by its name (nullptr when unknown).
   QAction* Action(const std::string& id) const;
-  Plot_Widget* Plot() const { return plot_; }
+  Plot_Widget* Plot() const { return view_->Plot(); }
 
   // Enables, checks and captions everything from the session state; called
   // after every command.
   void Refresh_State();
   // Repaints the plot and shows the view in the basic fields and the bar.
   void Refresh_View();
-  Basic_Toolbar* Basic() const { return basic_; }
-  Phase_Panel* Phase() const { return phase_; }
-  Reference_Panel* Reference() const { return reference_; }
-  Baseline_Panel* Baseline() const { return baseline_; }
-  Peak_Panel* Peaks() const { return peaks_; }
-  Integral_Panel* Integrals() const { return integrals_; }
+  Basic_Toolbar* Basic() const { return view_->Basic(); }
+  Phase_Panel* Phase() const { return view_->Phase(); }
+  Reference_Panel* Reference() const { return view_->Reference(); }
+  Baseline_Panel* Baseline() const { return view_->Baseline(); }
+  Peak_Panel* Peaks() const { return view_->Peaks(); }
+  Integral_Panel* Integrals() const { return view_->Integrals(); }
   // NMR1D_Form6 once m27 has opened it.
   Overlay_Window* Overlays() const { return overlays_; }
-  MultiView_Panel* Insets() const { return multiview_; }
+  MultiView_Panel* Insets() const { return view_->Insets(); }
   // T1Cal_Form1 once m52 has opened it.
   Relax_Window* Relaxation() const { return relax_; }
   // SpecSim_Form1 once m51 has opened it.
@@ -76,6 +66,11 @@ class Main_Window : public QMainWindow {
   // on, "終了" in the user window).
   bool Started() const { return started_; }
 
+  // A row of m273 or m28: SMulti_Form1 on the slot, modal, in the mode of
+  // the command `mode` when one is given ("m21"); the slot and its row of
+  // the overlay window show the edit afterwards.
+  void Edit_Slot(int slot, const std::string& mode);
+
   // The end of the program through m19_Click; returns true when it may end.
   // The clean-up has been done then.
   bool Try_Exit();
@@ -88,10 +83,6 @@ class Main_Window : public QMainWindow {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  void Build_Panels();
-  // The panels of the baseline, peak and integral modes, and the plot's
-  // clicks and drags handed to the one of the current mode.
-  void Build_Edit_Panels();
   // Caption and state of m20 by the newest undo record, and the edit
   // panels' boxes; after every edit.
   void Refresh_Edits();
@@ -104,7 +95,6 @@ class Main_Window : public QMainWindow {
   void On_Version();
   void On_History();
   void On_Power_Spectrum();
-  void On_Reference_Mode();
   void On_Range_Dialog();
   void On_Grid_Dialog();
   void On_Instrument_Table();
@@ -118,23 +108,12 @@ class Main_Window : public QMainWindow {
   Qt_Ui ui_;
   std::map<std::string, QAction*> actions_;
   std::vector<QAction*> recent_actions_;
-  Plot_Widget* plot_ = nullptr;
-  QStackedWidget* panels_ = nullptr;
-  QVBoxLayout* layout_ = nullptr;
+  Spectrum_View* view_ = nullptr;  // the plot and the mode panels
   QLabel* cursor_label_ = nullptr;
   QLabel* distance_label_ = nullptr;  // Picture3, the distance window
-  Basic_Toolbar* basic_ = nullptr;
-  Phase_Panel* phase_ = nullptr;
-  Reference_Panel* reference_ = nullptr;
-  Baseline_Panel* baseline_ = nullptr;
-  Peak_Panel* peaks_ = nullptr;
-  Integral_Panel* integrals_ = nullptr;
   Overlay_Window* overlays_ = nullptr;  // NMR1D_Form6
   Relax_Window* relax_ = nullptr;  // T1Cal_Form1
   Line_Window* lines_ = nullptr;  // SpecSim_Form1
-  MultiView_Panel* multiview_ = nullptr;
-  QScrollBar* scroll_ = nullptr;
-  bool setting_scroll_ = false;
   bool started_ = false;  // the start-up ran: the end writes settings and removes markers
 };
 

@@ -8,9 +8,9 @@ namespace tevo::app {
 
 const std::vector<Menu_Item>& Menu_Tree() {
   // Captions of the file menu start with "*" or two blanks: both are part of
-  // the caption. The rows of m18X (m182_k) stand for overlay slot k; the
-  // other overlay rows (m2101, m2731) and the recent files are added at run
-  // time under their parents.
+  // the caption. The rows of m18X (m182_k) stand for overlay slot k, those
+  // of m28 (m2101_n) and m273 (m2731_n) for slot 10 - n; the recent files
+  // are added at run time under their parent.
   static const std::vector<Menu_Item> items = {
       {"NM1D_m1", "", "ﾌｧｲﾙ (&F)"},
       {"NM1D_m11", "NM1D_m1", "*読込 (&O)"},
@@ -56,12 +56,30 @@ const std::vector<Menu_Item>& Menu_Tree() {
       {"m22", "m2", "位相補正(Phase) (&P)", true},
       {"m21", "m2", "Reference設定 (&R)", true},
       {"m28", "m2", "Reference設定(重ね書き)"},
+      {"m2101_9", "m28", "スペクトル(2)"},
+      {"m2101_8", "m28", "スペクトル(3)"},
+      {"m2101_7", "m28", "スペクトル(4)"},
+      {"m2101_6", "m28", "スペクトル(5)"},
+      {"m2101_5", "m28", "スペクトル(6)"},
+      {"m2101_4", "m28", "スペクトル(7)"},
+      {"m2101_3", "m28", "スペクトル(8)"},
+      {"m2101_2", "m28", "スペクトル(9)"},
+      {"m2101_1", "m28", "スペクトル(10)"},
       {"m23", "m2", "ベースライン補正 (&B)", true},
       {"m24", "m2", "ピーク検出 (&T)", true},
       {"m25", "m2", "積分 (&I)", true},
       {"m26", "m2", "拡大図の添付 (&M)", true},
       {"m27", "m2", "ｽﾍﾟｸﾄﾙの重ね書き (&S)"},
       {"m273", "m2", "重ね書きの編集"},
+      {"m2731_9", "m273", "スペクトル(2)"},
+      {"m2731_8", "m273", "スペクトル(3)"},
+      {"m2731_7", "m273", "スペクトル(4)"},
+      {"m2731_6", "m273", "スペクトル(5)"},
+      {"m2731_5", "m273", "スペクトル(6)"},
+      {"m2731_4", "m273", "スペクトル(7)"},
+      {"m2731_3", "m273", "スペクトル(8)"},
+      {"m2731_2", "m273", "スペクトル(9)"},
+      {"m2731_1", "m273", "スペクトル(10)"},
       {"m271", "m2", "差スペクトル (&D)"},
       {"m272", "m2", "DEPT 微調整"},
       {"m291", "m2", "スペクトルの左右反転 (&I)"},

@@ -82,14 +82,15 @@ class Writer {
     });
     Overlay_Table(E_Ov_Integ, [&](size_t at, const Overlay_Slot& o) {
       return native_io::Write_Integrals(w_, at, o.Slot_Integrals, o.Slot_Integrals.empty() ? -1 : 0,
-                                        1.0f, o.Slot_Y_Mag, 1.0f, 0);
+                                        o.Slot_Integ_Ref, o.Slot_Y_Mag, o.Slot_Integ_Scale, 0);
     });
     Section(E_Peaks, [&](size_t at) {
       return native_io::Write_Peaks(w_, at, s_.Peaks,
                                     {s_.Peak_Level, s_.Base_Level, s_.Noise_Level, s_.Max_Abs});
     });
     Overlay_Table(E_Ov_Peaks, [&](size_t at, const Overlay_Slot& o) {
-      return native_io::Write_Peaks(w_, at, o.Slot_Peaks, {0.2f, 0, 0.05f, o.Slot_Max_Abs});
+      return native_io::Write_Peaks(w_, at, o.Slot_Peaks,
+                                    {o.Slot_Peak_Level, o.Slot_Base_Level, o.Slot_Noise_Level, o.Slot_Max_Abs});
     });
     Section(E_Insets, [&](size_t at) { return native_io::Write_Insets(w_, at, s_.Insets); });
     if (!s_.Texts.empty()) Section(E_Texts, [&](size_t at) { return native_io::Write_Texts(w_, at, s_.Texts); });
@@ -418,10 +419,15 @@ class Reader {
         native_io::Peak_Levels lv;
         o.Slot_Peaks = native_io::Read_Peaks(r_, p, r_.Size() - p, lv, o.Slot_Param.RESOL,
                                              o.Slot_Param.FREQU, o.Slot_Param.POINT);
+        o.Slot_Peak_Level = lv.peak;
+        o.Slot_Base_Level = lv.base;
+        o.Slot_Noise_Level = lv.noise;
       }
       if (const size_t g = Slot_Record(At(E_Ov_Integ), n); g != 0) {
         native_io::Integ_Head h;
         o.Slot_Integrals = native_io::Read_Integrals(r_, g, r_.Size() - g, h);
+        o.Slot_Integ_Ref = h.ref;
+        o.Slot_Integ_Scale = h.scale;
       }
       s_.Overlay[static_cast<size_t>(n)] = std::move(o);
     }

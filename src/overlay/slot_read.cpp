@@ -21,8 +21,8 @@ constexpr size_t Slot_Comment_Bytes = 30;
 constexpr float New_Slot_Mag = 0.95f;
 constexpr double Cent_Tolerance = 0.01;
 
-// A session that shares the operator's settings, tables and window system
-// with `s` and holds no data, with a work copy of its own.
+}  // namespace
+
 Session Scratch_Of(const Session& s) {
   Session t;
   t.ui = s.ui;
@@ -36,8 +36,6 @@ Session Scratch_Of(const Session& s) {
   t.Data_Saved = 1;
   return t;
 }
-
-}  // namespace
 
 Overlay_Slot Slot_From_Session(const Session& t, const std::string& path, const Overlay_Slot& keep) {
   Overlay_Slot o;
@@ -62,13 +60,27 @@ Overlay_Slot Slot_From_Session(const Session& t, const std::string& path, const 
   o.Slot_Spectrum_Frequency = t.Spectrum_Frequency;
   if (!t.Peaks.empty()) o.Slot_Peaks = t.Peaks;
   if (!t.Integrals.empty()) o.Slot_Integrals = t.Integrals;
-  o.Slot_Comment = page::Cut_To_Bytes(t.Param.COMNT, Slot_Comment_Bytes);
+  o.Slot_Peak_Level = t.Peak_Level;
+  o.Slot_Noise_Level = t.Noise_Level;
+  o.Slot_Base_Level = t.Base_Level;
+  o.Slot_Integ_Ref = t.Integ_Ref;
+  o.Slot_Integ_Scale = t.Integ_Scale;
+  o.Slot_Integ_Ref_Index = t.Integ_Ref_Index;
+  Set_Slot_Comment(o, t.Param.COMNT);
   o.Slot_File = path;
   return o;
 }
 
+void Set_Slot_Comment(Overlay_Slot& o, const std::string& text) {
+  o.Slot_Comment = page::Cut_To_Bytes(text, Slot_Comment_Bytes);
+}
+
 int Read_Overlay_Slot(Session& s, int slot, const std::string& path, Slot_Align align) {
   if (slot < 1 || slot > Overlay_Max) return 1;
+  return Read_Slot_Record(s, s.Overlay[static_cast<size_t>(slot)], path, align);
+}
+
+int Read_Slot_Record(Session& s, Overlay_Slot& o, const std::string& path, Slot_Align align) {
   Session t = Scratch_Of(s);
   const datafiles::Recognition r = datafiles::Classify_File(t, path);
   if (r.sniff.status < 0) return -1;
@@ -89,7 +101,6 @@ int Read_Overlay_Slot(Session& s, int slot, const std::string& path, Slot_Align 
     s.ui->Beep();
     return Slot_Off_Frequency;
   }
-  Overlay_Slot& o = s.Overlay[static_cast<size_t>(slot)];
   Overlay_Slot read = Slot_From_Session(t, t.Open_Name.empty() ? path : t.Open_Name, o);
   if (align == Slot_Align::Cent && t.Spectrum_Frequency > 0 && s.Spectrum_Frequency > 0) {
     // Hz from the file's carrier, laid at the main spectrum's carrier.

@@ -28,10 +28,22 @@ inline constexpr int Slot_Off_Frequency = 5;
 // Slot_Off_Frequency; on anything but 0 the slot stays as it was. Logs
 // "Read(M)".
 int Read_Overlay_Slot(Session& s, int slot, const std::string& path, Slot_Align align);
+// The same read into the record `o` (which keeps its offset and colour),
+// against the main spectrum of `s`; the overlay editor replaces its working
+// record with it.
+int Read_Slot_Record(Session& s, Overlay_Slot& o, const std::string& path, Slot_Align align);
+
+// A session that shares the operator's settings, tables and window system
+// with `s` and holds no data, with a work copy of its own.
+Session Scratch_Of(const Session& s);
 
 // The slot record of the session's current spectrum (row Array_Row): its
 // points, axis, scale, parameters and lists; `keep` gives the offset and
 // colour the slot had.
 Overlay_Slot Slot_From_Session(const Session& t, const std::string& path, const Overlay_Slot& keep);
+
+// The slot's comment, cut to 30 bytes: from the file's comment at a read,
+// or as typed in the overlay editor's SMulti_Form4.
+void Set_Slot_Comment(Overlay_Slot& o, const std::string& text);
 
 }  // namespace tevo::overlay

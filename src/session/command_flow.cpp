@@ -168,7 +168,7 @@ std::map<std::string, bool> Menu_Enabled(const Session& s) {
     m[id] = true;
   for (const char* id : {"m2", "m3", "m5", "m10", "m13", "m18", "m181", "m183", "m131", "m14_1", "m15",
                          "m17", "m171", "m172", "m173", "m20", "m22", "m21", "m23", "m24", "m25", "m26",
-                         "m27", "m273", "m271", "m272", "m291", "m292", "m209", "m31", "m35", "m36", "m37",
+                         "m27", "m271", "m272", "m291", "m292", "m209", "m31", "m35", "m36", "m37",
                          "m38", "m39", "m34", "m51", "m331", "m332", "m30"})
     m[id] = loaded;
   for (const char* id : {"m6", "m341", "m342", "m293", "m61", "m52"}) m[id] = array;
@@ -191,6 +191,11 @@ std::map<std::string, bool> Menu_Enabled(const Session& s) {
     any_slot = any_slot || used;
   }
   m["m18X"] = any_slot;
+  // The overlay editor, and its reference mode: row n edits slot 10 - n
+  // while it holds a spectrum.
+  m["m273"] = m["m28"] = any_slot;
+  for (int n = 1; n <= 9; ++n)
+    m["m2731_" + std::to_string(n)] = m["m2101_" + std::to_string(n)] = m["m182_" + std::to_string(Overlay_Max - n)];
   return m;
 }
 
@@ -219,7 +224,7 @@ bool Command_Built(const std::string& id) {
       "NM1D_m11", "NM1D_m112", "m47", "m10", "m13", "m18", "m181", "m183", "m131", "m172", "m173", "RecentFile",
       "m102", "m19",
       // edit
-      "m20", "m21", "m22", "m23", "m24", "m25", "m26", "m27", "m209", "m291", "m292", "m271", "m272",
+      "m20", "m21", "m22", "m23", "m24", "m25", "m26", "m27", "m273", "m28", "m209", "m291", "m292", "m271", "m272",
       // array data
       "m6", "m341", "m342", "m52",
       // line separation

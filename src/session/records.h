@@ -240,6 +240,11 @@ struct Overlay_Slot {
   std::vector<Peak_Rec> Slot_Peaks;
   int16_t Slot_Show_Peaks = 0, Slot_Show_Integrals = 0;
   std::vector<Integ_Rec> Slot_Integrals;
+  // Level lines (units of Slot_Max_Abs) and integral reference of the slot's
+  // own editing; 0 where they were never set.
+  float Slot_Peak_Level = 0, Slot_Noise_Level = 0, Slot_Base_Level = 0;
+  float Slot_Integ_Ref = 0, Slot_Integ_Scale = 0;
+  int32_t Slot_Integ_Ref_Index = 0;
   Data_Param Slot_Param;
   double Slot_Observe_Frequency = 0, Slot_Spectrum_Frequency = 400.0;
   std::string Slot_Comment;  // at most 30 bytes

@@ -54,7 +54,10 @@
 #include "qt_ui.h"
 #include "line_dialogs.h"
 #include "line_window.h"
+#include "reference_panel.h"
 #include "relax_window.h"
+#include "slot_edit_window.h"
+#include "spectrum_view.h"
 #include <QTreeWidget>
 #include "signal/fid_processing.h"
 #include "app_support.h"
@@ -439,6 +442,8 @@ TEST(Arrays, ReadQuestionKeepsTheRowsAndThePlacementWindowTakesOnlyValuesInsideI
   Save_Shot(window.Plot(), "array_stack_placement");
 }
 
+// NMR1D_Form6 loads, scales, exchanges; a slot is edited in SMulti_Form1 and
+// the main plot shows it after.
 TEST(Overlays, MultiSpectrumWindowLoadsScalesAndTheMainPlotShowsTheSlots) {
   App();
   const std::string fid =
@@ -477,6 +482,81 @@ TEST(Overlays, MultiSpectrumWindowLoadsScalesAndTheMainPlotShowsTheSlots) {
   const int red = tevo::overlay::Slot_Colour(s, 1), blue = tevo::overlay::Slot_Colour(s, 2);
   EXPECT_GT(Ink_Of(window.Plot(), red), 100);
   EXPECT_GT(Ink_Of(window.Plot(), blue), 100);
+
+  // SMulti_Form1 on spectrum (2), the aspirin JCAMP of slot 1: the slot's
+  // trace alone in its colour, the peak panel of the main window finding its
+  // peaks; after closing the slot holds them and the main plot shows it.
+  const tevo::Overlay_Slot before = s.Overlay[1];
+  EXPECT_TRUE(window.Action("m2731_9")->isEnabled());  // spectrum (2): slot 1
+  EXPECT_FALSE(window.Action("m2731_7")->isEnabled());  // spectrum (4): slot 3, empty
+  bool edited = false;
+  tevo::test::When_Window_Shown(
+      [](QWidget* w) { return w->objectName() == "SMulti_Form1"; },
+      [&](QWidget& w) {
+        edited = true;
+        auto& editor = static_cast<tevo::app::Slot_Edit_Window&>(w);
+        EXPECT_TRUE(editor.isModal());
+        EXPECT_EQ(editor.windowTitle().toStdString(), "重書き(2) データ編集: aspirin-1h.dx");
+        editor.Action("m24")->trigger();
+        EXPECT_EQ(editor.Working().Mode.Edit_Mode, 4);
+        EXPECT_EQ(s.Mode.Edit_Mode, 0);
+        tevo::app::Peak_Panel* panel = editor.View()->Peaks();
+        EXPECT_TRUE(panel->isVisible());
+        panel->Button(3)->click();  // 全体検索
+        EXPECT_FALSE(editor.Working().Peaks.empty());
+        QApplication::processEvents();
+        EXPECT_GT(Ink_Of(editor.View()->Plot(), red), 100);
+        EXPECT_EQ(Ink_Of(editor.View()->Plot(), blue), 0);
+        Save_Shot(&editor, "slot_edit_window");
+        panel->findChild<QPushButton*>("PeakCommand1")->click();  // 閉じる
+        editor.Action("BasicCommand1")->trigger();
+      });
+  window.Action("m2731_9")->trigger();
+  ASSERT_TRUE(edited);
+  EXPECT_FALSE(s.Overlay[1].Slot_Peaks.empty());
+  EXPECT_EQ(s.Overlay[1].Slot_Y, before.Slot_Y);
+  EXPECT_EQ(s.Overlay[1].Slot_Y_Offset, before.Slot_Y_Offset);
+  EXPECT_EQ(s.Overlay[1].Slot_File, before.Slot_File);
+  EXPECT_GT(Ink_Of(window.Plot(), red), 100);
+
+  // m28's row opens it in the reference mode; the comment (SMulti_Form4)
+  // reaches the slot, the display options (SMulti_Form33) stay in the window.
+  const int peak_values = s.settings.Int("PEAK PICK DISP");
+  edited = false;
+  tevo::test::When_Window_Shown(
+      [](QWidget* w) { return w->objectName() == "SMulti_Form1"; },
+      [&](QWidget& w) {
+        edited = true;
+        auto& editor = static_cast<tevo::app::Slot_Edit_Window&>(w);
+        EXPECT_EQ(editor.Working().Mode.Edit_Mode, 1);
+        EXPECT_TRUE(editor.View()->Reference()->isVisible());
+        editor.View()->Reference()->findChild<QPushButton*>("RefCommand2")->click();
+        tevo::test::When_Window_Shown([](QWidget* c) { return c->objectName() == "SMulti_Form4"; },
+                                      [](QWidget& c) {
+                                        c.findChild<QLineEdit*>("Text1")->setText("acetylsalicylic acid in CDCl3, 400 MHz");
+                                        c.findChild<QPushButton*>("Command1")->click();
+                                      });
+        editor.Action("Comment")->trigger();
+        tevo::test::When_Window_Shown([](QWidget* c) { return c->objectName() == "SMulti_Form33"; },
+                                      [peak_values](QWidget& c) {
+                                        Save_Shot(&c, "SMulti_Form33");
+                                        c.findChild<QCheckBox*>("Check3")->setChecked(peak_values == 0);
+                                        c.findChild<QLineEdit*>("Text3")->setText("9");
+                                        c.findChild<QLineEdit*>("Text4")->setText("6");
+                                        c.findChild<QPushButton*>("Command1")->click();
+                                      });
+        editor.Action("Display")->trigger();
+        EXPECT_EQ(editor.Working().settings.Int("PEAK PICK DISP"), peak_values == 0 ? 1 : 0);
+        EXPECT_FLOAT_EQ(editor.Working().X_Left, 9.0f);
+        EXPECT_FLOAT_EQ(editor.Working().X_Right, 6.0f);
+        editor.reject();
+      });
+  ASSERT_TRUE(window.Action("m2101_9")->isEnabled());
+  window.Action("m2101_9")->trigger();
+  ASSERT_TRUE(edited);
+  EXPECT_EQ(s.Overlay[1].Slot_Comment, "acetylsalicylic acid in CDCl3,");  // 30 bytes
+  EXPECT_EQ(s.settings.Int("PEAK PICK DISP"), peak_values);
+  EXPECT_NE(s.X_Right, 6.0f);
 
   // Slot 2's magnification typed, slot 3's raised by one press of its button.
   auto* mag = form->findChild<QLineEdit*>("Text1_1");

@@ -231,6 +231,10 @@ inline void Fill_Sample_Session(Session& s) {
   o.Slot_Spectrum_Frequency = 399.4;
   o.Slot_Peaks = {Peak_Rec{2, 0.5f, 0, 9.0f, 3}};
   o.Slot_Integrals = {Integ_Rec{10, 4, 0.2f, 0.01f, 0, 0}};
+  o.Slot_Peak_Level = 0.02f;
+  o.Slot_Noise_Level = 0.004f;
+  o.Slot_Integ_Ref = 3.0f;
+  o.Slot_Integ_Scale = 0.5f;
 
   // Spare bytes as another version of the program may have left them.
   s.Native.Param.assign(2560, 0);
