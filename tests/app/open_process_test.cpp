@@ -963,6 +963,16 @@ TEST(RelaxWindow, InversionRecoveryFitsOnOpeningAChoiceAndAgainWithKHeld) {
   EXPECT_EQ(field(3)->text(), "1.2");
   EXPECT_FLOAT_EQ(relax->Fit().State.Trial[tevo::relaxation::Relax_K], 1.2f);
   EXPECT_NE(field(0)->text().toStdString(), a0);
+  // 表示範囲の変更 (T1Cal_Form2): the plot from 0.2 to 3 s and -1 to 1.
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "T1Cal_Form2"; }, [](QWidget& w) {
+    const char* values[] = {"0.2", "3", "-1", "1"};
+    for (int i = 0; i < 4; ++i) w.findChild<QLineEdit*>(QString("Text%1").arg(i + 1))->setText(values[i]);
+    Save_Shot(&w, "T1Cal_Form2");
+    w.findChild<QPushButton*>("Command1")->click();
+  });
+  relax->findChild<QAction*>("m30")->trigger();
+  relax->Limits(x0, x1, y0, y1);
+  EXPECT_EQ(std::vector<float>({x0, x1, y0, y1}), std::vector<float>({0.2f, 3.0f, -1.0f, 1.0f}));
   Save_Shot(relax, "relax_window");
   relax->close();
 }
