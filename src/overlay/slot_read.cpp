@@ -21,22 +21,6 @@ constexpr size_t Slot_Comment_Bytes = 30;
 constexpr float New_Slot_Mag = 0.95f;
 constexpr double Cent_Tolerance = 0.01;
 
-// A session that shares the operator's settings, tables and window system
-// with `s` and holds no data, with a work copy of its own.
-Session Scratch_Of(const Session& s) {
-  Session t;
-  t.ui = s.ui;
-  t.App_Path = s.App_Path;
-  t.Backup_File = (std::filesystem::path(s.App_Path) / "TempSlot.dat").string();
-  t.settings = s.settings;
-  t.User_Name = s.User_Name;
-  t.Log_Mode = -1;
-  t.Nuclei = s.Nuclei;
-  t.Instr_Tab = s.Instr_Tab;
-  t.Data_Saved = 1;
-  return t;
-}
-
 }  // namespace
 
 Overlay_Slot Slot_From_Session(const Session& t, const std::string& path, const Overlay_Slot& keep) {
@@ -69,7 +53,7 @@ Overlay_Slot Slot_From_Session(const Session& t, const std::string& path, const 
 
 int Read_Overlay_Slot(Session& s, int slot, const std::string& path, Slot_Align align) {
   if (slot < 1 || slot > Overlay_Max) return 1;
-  Session t = Scratch_Of(s);
+  Session t = datafiles::Scratch_Session(s, "TempSlot.dat");
   const datafiles::Recognition r = datafiles::Classify_File(t, path);
   if (r.sniff.status < 0) return -1;
   const datafiles::Open_Route* route = datafiles::Class_Accepted(r) ? datafiles::Find_Route(r) : nullptr;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <filesystem>
 #include <utility>
 
 #include "display/view_commands.h"
@@ -190,6 +191,79 @@ float Commit_Array_Rows(Session& s) {
   }
   if (c.Array_Sort > 0) Sort_Array_Rows(s, c.Array_Sort);
   return 0.95f;
+}
+
+std::string Join_Individual_Paths(const std::vector<std::string>& paths) {
+  if (paths.empty()) return {};
+  const std::filesystem::path folder = std::filesystem::path(paths.front()).parent_path();
+  std::string joined = folder.string();
+  for (const std::string& p : paths) {
+    const std::filesystem::path file(p);
+    joined += "|" + (file.parent_path() == folder ? file.filename().string() : p);
+  }
+  return joined;
+}
+
+std::vector<std::string> Split_Individual_Paths(const std::string& joined) {
+  if (joined.find('|') == std::string::npos) return joined.empty() ? std::vector<std::string>{} : std::vector{joined};
+  std::vector<std::string> parts;
+  std::size_t from = 0;
+  for (;;) {
+    const std::size_t bar = joined.find('|', from);
+    parts.push_back(joined.substr(from, bar - from));
+    if (bar == std::string::npos) break;
+    from = bar + 1;
+  }
+  std::vector<std::string> files;
+  for (std::size_t k = 1; k < parts.size(); ++k)
+    if (!parts[k].empty()) files.push_back((std::filesystem::path(parts[0]) / parts[k]).string());
+  return files;
+}
+
+float Stored_Delay(const Session& s) { return s.Delay_List.empty() ? s.Delay_Start : s.Delay_List.front(); }
+
+bool Join_Individual_Rows(Session& s, const std::vector<Session>& others) {
+  const auto fits = [&s](const Session& o) {
+    return o.Array_Rows == 1 && o.Point_Capacity == s.Point_Capacity && o.Spec_Points == s.Spec_Points &&
+           o.Fid_Points == s.Fid_Points && o.Param.SMODE == s.Param.SMODE;
+  };
+  if (s.Array_Rows != 1 || !std::all_of(others.begin(), others.end(), fits)) return false;
+  const auto rows = static_cast<int32_t>(others.size()) + 1;
+  std::vector<float> delays{Stored_Delay(s)};
+  for (const Session& o : others) delays.push_back(Stored_Delay(o));
+  using Member = Point_Array Session::*;
+  for (Member m : {&Session::Fid_Re, &Session::Fid_Im, &Session::Ft_Re, &Session::Ft_Im, &Session::Spec_Re,
+                   &Session::Spec_Im}) {
+    Point_Array joined;
+    joined.Allocate(s.Point_Capacity, rows);
+    const auto copy = [&joined](const Point_Array& from, int32_t row) {
+      if (from.Empty()) return;
+      const std::span<const float> src = from.Row(0);
+      std::copy(src.begin(), src.end(), joined.Row(Z(row)).begin());
+    };
+    copy(s.*m, 0);
+    for (int32_t r = 1; r < rows; ++r) copy(others[Z(r - 1)].*m, r);
+    s.*m = std::move(joined);
+  }
+  s.Array_Rows = rows;
+  s.Array_Row = 0;
+  s.Delay_List = delays;
+  s.Delay_Raw = delays;
+  s.Delay_Linear = 0;
+  s.Delay_Start = 0;
+  s.Delay_Step = 0;
+  Set_Delay_Labels(s);
+  // The FID work file is written anew for all rows.
+  s.Fid_Work_Saved = false;
+  return true;
+}
+
+std::string NMR1D_Form21(Session& s) {
+  const int pick = s.ui->Choose("T1/T2個別データ", "位相補正を行うデータは？",
+                                {"一番始めのデータ(T2)", "一番最後のデータ(T1)"}, 0);
+  if (pick < 0 || pick > 1) return "CANCEL";
+  s.Array_Row = pick == 0 ? 0 : s.Array_Rows - 1;
+  return pick == 0 ? "START" : "END";
 }
 
 void NMR1D_Form32_OK(Session& s, const std::string& x_text, const std::string& y_text) {

@@ -76,6 +76,34 @@ std::string NMR1D_Form20(Session& s);
 // Array_Sort asks for it. Returns the vertical zoom of the main spectrum.
 float Commit_Array_Rows(Session& s);
 
+// ---- a series read from individual files ----
+
+// Several files as one text, the form of the recent-file list and of a drop:
+// the folder of the first file, then each file's name, joined with "|". A
+// file of another folder keeps its whole path.
+std::string Join_Individual_Paths(const std::vector<std::string>& paths);
+// The files of such a text, each with its folder; a text without "|" is
+// the one file it names.
+std::vector<std::string> Split_Individual_Paths(const std::string& joined);
+
+// The delay a data set of one row stores for itself, in s: the first of
+// its value list, else the start of a linear list.
+float Stored_Delay(const Session& s);
+
+// Makes the session's one row and the one row of each of `others`, in that
+// order, one array data set of individual delays ("INDIV", Delay_Linear 0):
+// every point array gets the rows, Delay_List and Delay_Raw each file's
+// stored delay, the delay labels follow the first file's delay name.
+// Returns false, changing nothing, when a set has several rows, other
+// points, or is a FID where the first is a spectrum or the other way round.
+bool Join_Individual_Rows(Session& s, const std::vector<Session>& others);
+
+// NMR1D_Form21 ("T1/T2個別データ", "位相補正を行うデータは？"): which row of
+// an individual-delay series is phased for all: "START" the first row
+// ("一番始めのデータ(T2)"), "END" the last ("一番最後のデータ(T1)"). The
+// row becomes Array_Row. "CANCEL" leaves it.
+std::string NMR1D_Form21(Session& s);
+
 // NMR1D_Form32 ("Array(T1/T2)データ表示の配置") on "OK": Array_Span_X, the
 // sideways shift of the stack from first to last row as a part of the frame
 // width (the stack's "X AXIS RATIO"), takes `x_text` if -1 < x < 1 (negative

@@ -190,6 +190,23 @@ TEST(ArrayCommit, RowsBecomeOverlaysOrAreSortedByDelayKeepingTheirSpectra) {
   EXPECT_NE(sorted.s.Array_Rows, 10);
 }
 
+TEST(ArrayCommit, IndividualFidsAreTransformedTogetherWithThePhaseOfTheChosenRow) {
+  // The same FID twice: NMR1D_Form21 picks the last row to phase, and both
+  // rows come out of the transform alike.
+  test::Quiet_Session q;
+  const std::string fid = test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string();
+  q.ui.choice_answers.push_back(1);  // "一番最後のデータ(T1)"
+  ASSERT_EQ(datafiles::NM1D_m111_Click(q.s, {Join_Individual_Paths({fid, fid}), {}}), 0);
+  ASSERT_EQ(q.s.Array_Rows, 2);
+  EXPECT_EQ(q.s.Array_Row, 1);
+  EXPECT_EQ(q.s.Is_Fid, 1);
+  signal::Process_Report report;
+  ASSERT_EQ(signal::Process_Fid(q.s, {}, report), 0);
+  ASSERT_EQ(q.s.Array_Rows, 2);
+  EXPECT_TRUE(Same_Row(q.s, 0, q.s, 1));
+  EXPECT_GT(q.s.Max_Abs, 1.0f);
+}
+
 TEST(ArrayCommit, StackPlacementAndPlotLimitsTakeOnlyValuesInsideTheirRules) {
   Session s;
   NMR1D_Form32_OK(s, "-0.3", "0");
