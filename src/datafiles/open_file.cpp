@@ -417,8 +417,9 @@ int NM1D_m111_Click(Session& s, const Open_Request& request) {
     return Refuse(s, "Dataが違います", Data_Error);
   }
   // The rows stay an array in the order of the files.
-  Store_Setting(s, "ARRAY MODE", 0.0);
-  Store_Setting(s, "ARRAY SORT", 0.0);
+  s.Array_Read_Dept = 0;
+  s.Array_Read_Array = 1;
+  s.Array_Sort = 0;
   for (std::size_t k = 1; k < files.size(); ++k) session::Write_Log(s, "Read", others[k - 1].Open_Name);
   done.data_folder = found[0].data_folder;
   done.array_question = relaxation::NMR1D_Form21;

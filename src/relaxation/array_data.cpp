@@ -119,15 +119,6 @@ std::vector<double> Array_List_Values(const Session& s, int32_t first, int32_t l
   return sums;
 }
 
-Array_Read_Choice Array_Read_State(const Session& s) {
-  Array_Read_Choice c;
-  const int32_t mode = s.settings.Int("ARRAY MODE");
-  c.Array_Read_Dept = mode == 2 ? 1 : 0;
-  c.Array_Read_Array = mode == 0 ? 1 : 0;
-  c.Array_Sort = c.Array_Read_Array ? static_cast<int16_t>(std::clamp(s.settings.Int("ARRAY SORT"), 0, 2)) : 0;
-  return c;
-}
-
 std::string NMR1D_Form20(Session& s) {
   // Option1 .. Option4, the parameter order split by Option10 / Option11.
   static const std::vector<std::string> options = {
@@ -136,10 +127,12 @@ std::string NMR1D_Form20(Session& s) {
   constexpr int read_order = 3;
   const int pick = s.ui->Choose("Multi(Array) データ", "", options, read_order);
   if (pick < 0 || pick >= static_cast<int>(options.size())) return "CANCEL";
-  const int mode = pick == 0 ? 2 : pick == 4 ? 1 : 0;
-  const int sort = pick == 1 ? 1 : pick == 2 ? 2 : 0;
-  s.settings.Set("ARRAY MODE", mode);
-  s.settings.Set("ARRAY SORT", sort);
+  s.Array_Read_Dept = pick == 0 ? 1 : 0;
+  s.Array_Read_Array = pick >= 1 && pick <= 3 ? 1 : 0;
+  s.Array_Sort = static_cast<int16_t>(pick == 1 ? 1 : pick == 2 ? 2 : 0);
+  // The answer is remembered: 0 an array, 1 rows as overlays, 2 DEPT rows.
+  s.settings.Set("ARRAY MODE", pick == 0 ? 2 : pick == 4 ? 1 : 0);
+  s.settings.Set("ARRAY SORT", s.Array_Sort);
   return "OK";
 }
 
@@ -183,13 +176,12 @@ void Rows_To_Overlays(Session& s, bool dept) {
 
 float Commit_Array_Rows(Session& s) {
   if (s.Array_Rows < 2) return 0.95f;
-  const Array_Read_Choice c = Array_Read_State(s);
-  if (c.Array_Read_Dept || !c.Array_Read_Array) {
+  if (s.Array_Read_Dept || !s.Array_Read_Array) {
     const int32_t rows = s.Array_Rows;
-    Rows_To_Overlays(s, c.Array_Read_Dept != 0);
+    Rows_To_Overlays(s, s.Array_Read_Dept != 0);
     return 0.95f / static_cast<float>(rows);
   }
-  if (c.Array_Sort > 0) Sort_Array_Rows(s, c.Array_Sort);
+  if (s.Array_Sort > 0) Sort_Array_Rows(s, s.Array_Sort);
   return 0.95f;
 }
 

@@ -23,11 +23,6 @@ void Set_Delay_Labels(Session& s);
 // order and Ft_Re/Ft_Im are copied from them.
 void Sort_Array_Rows(Session& s, int16_t direction);
 
-struct Intensity_Pair {
-  float t = 0;  // delay, s
-  float y = 0;  // intensity, normalised by the largest magnitude
-};
-
 // One intensity per row against its delay. `selection` 0 sums Spec_Re over
 // region_first..region_last (both from 1 up, else 0 for every row); k >= 1
 // takes the height at the point of peak k of the current row's list. The
@@ -49,21 +44,11 @@ std::vector<double> Array_List_Values(const Session& s, int32_t first, int32_t l
 
 // ---- how an array is read and committed ----
 
-// The choices of NMR1D_Form20, made when a FID with several rows is read
-// and kept until the next reading. They live in the settings "ARRAY MODE"
-// (0 an array, 1 rows as overlays, 2 DEPT rows) and "ARRAY SORT" (0 read
-// order, 1 ascending delay, 2 descending), so that 0 keeps an array as read.
-struct Array_Read_Choice {
-  int16_t Array_Read_Dept = 0;
-  int16_t Array_Read_Array = 1;
-  int16_t Array_Sort = 0;
-};
-Array_Read_Choice Array_Read_State(const Session& s);
-
 // NMR1D_Form20 ("Multi(Array) データ"): DEPT rows, an array ordered by the
 // parameter (ascending or descending), an array in read order (the answer
 // offered first), or rows as overlays (ten at most). Returns "OK" with the
-// choice stored, or "CANCEL".
+// choice in Array_Read_Dept, Array_Read_Array and Array_Sort (and
+// remembered in the settings "ARRAY MODE" and "ARRAY SORT"), or "CANCEL".
 std::string NMR1D_Form20(Session& s);
 
 // The array step of the commit, on a freshly transformed set of Array_Rows

@@ -85,10 +85,12 @@ void Run_Relax_Fit(Relax_Fit& fit, const std::function<bool(const Simplex_State&
   fit.Final_Criterion = fit.State.Vertex_Error[Z(fit.State.Low)];
 }
 
-Fit_Data_Status Select_Fit_Data(const Session& s, int32_t selection, int32_t region_first, int32_t region_last,
+Fit_Data_Status Select_Fit_Data(Session& s, int32_t selection, int32_t region_first, int32_t region_last,
                                 bool first_entry, float previous_k, Relax_Fit& fit) {
-  const std::vector<Intensity_Pair> pairs =
+  s.Array_Selection = static_cast<int16_t>(selection);
+  s.Intensity_Pairs =
       Extract_Intensities(s, selection, region_first, region_last, first_entry ? 0.1f : 1e-28f, !first_entry);
+  const std::vector<Intensity_Pair>& pairs = s.Intensity_Pairs;
   fit.Data_T.clear();
   fit.Data_Y.clear();
   for (const Intensity_Pair& p : pairs) {

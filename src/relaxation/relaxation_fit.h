@@ -67,15 +67,15 @@ enum class Fit_Data_Status {
   All_Alike,  // every delay or every intensity the same
 };
 
-// The data of a choice in Combo1: the intensities of `selection` (0 the sum
-// over region_first..region_last, counted from 1 and 0 when none; k the
-// height of peak k) go into Data_T/Data_Y, the curve and the simplex are
-// cleared. When the series can be fitted, the range becomes the whole series
+// The data of a choice in Combo1: `selection` becomes Array_Selection, its
+// intensities (0 the sum over region_first..region_last, counted from 1 and
+// 0 when none; k the height of peak k) Intensity_Pairs and Data_T/Data_Y;
+// the curve and the simplex are cleared. When the series can be fitted, the range becomes the whole series
 // and Start_Value, Step_Value, Tol_Value take the start values (k from
 // `previous_k` when no pair counts); Fix_Flag stays. `first_entry` extracts
 // as the menu command does (largest magnitude from 0.1, equal delays kept in
 // their order), otherwise as a new selection does.
-Fit_Data_Status Select_Fit_Data(const Session& s, int32_t selection, int32_t region_first, int32_t region_last,
+Fit_Data_Status Select_Fit_Data(Session& s, int32_t selection, int32_t region_first, int32_t region_last,
                                 bool first_entry, float previous_k, Relax_Fit& fit);
 
 // The limits of the window's plot: delay in s, normalised intensity.

@@ -90,8 +90,10 @@ TEST(ArrayData, RegionSumsAndPeakHeightsNormalisedAndOrderedByDelay) {
   EXPECT_FLOAT_EQ(fit.Start_Value[Relax_A0], (-3 - 4) / 12.0f);
   EXPECT_EQ(fit.Start_Value[Relax_K], 1.0f);  // no inner pair: the previous k
   EXPECT_EQ(fit.Last_Point, 2);
-  EXPECT_EQ(Select_Fit_Data(Rows({0.1f, 0.2f}), 0, 1, 1, true, 1.0f, fit), Fit_Data_Status::Too_Few_Rows);
-  EXPECT_EQ(Select_Fit_Data(Rows({0.1f, 0.1f, 0.1f}), 0, 1, 1, false, 1.0f, fit), Fit_Data_Status::All_Alike);
+  EXPECT_EQ(s.Intensity_Pairs.size(), 3u);
+  Session two = Rows({0.1f, 0.2f}), alike = Rows({0.1f, 0.1f, 0.1f});
+  EXPECT_EQ(Select_Fit_Data(two, 0, 1, 1, true, 1.0f, fit), Fit_Data_Status::Too_Few_Rows);
+  EXPECT_EQ(Select_Fit_Data(alike, 0, 1, 1, false, 1.0f, fit), Fit_Data_Status::All_Alike);
 
   // The printed list: region sums over the largest of them.
   const std::vector<double> list = Array_List_Values(s, 2, 5);
