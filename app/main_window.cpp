@@ -29,6 +29,7 @@
 #include "display/style.h"
 #include "datafiles/open_file.h"
 #include "display/view_commands.h"
+#include "relaxation/array_data.h"
 #include "editing/mirror.h"
 #include "editing/reference.h"
 #include "fid_window.h"
@@ -126,6 +127,7 @@ void Main_Window::Connect_Commands() {
   Action("NM1D_m11")->setShortcut(QKeySequence::Open);
   Action("m10")->setShortcut(QKeySequence::Save);
   connect(Action("NM1D_m11"), &QAction::triggered, this, [this] { Open({}); });
+  connect(Action("NM1D_m111"), &QAction::triggered, this, [this] { Open_Individual({}); });
   connect(Action("NM1D_m112"), &QAction::triggered, this, [this] {
     datafiles::NM1D_m112_Click(session_, Fid_Request({}));
     Refresh_State();
@@ -241,6 +243,7 @@ void Main_Window::Refresh_State() {
   for (const Spectrum_View::Mode_Command& c : Spectrum_View::Mode_Commands())
     Action(c.id)->setChecked(session_.Mode.Edit_Mode == c.mode);
   Action("m34")->setChecked(session_.Show_Magnitude != 0);
+  Action("NM1D_m111")->setVisible(display::Setting_Int(session_, "T1 INDIV FILE", 0) != 0);
   Action("m341")->setChecked(display::Setting_Int(session_, "DISP ARRAY MODE", 0) != 0);
   Action("m38")->setCheckable(true);
   Action("m38")->setChecked(session_.Show_Distance == 1);
@@ -277,8 +280,10 @@ void Main_Window::Rebuild_Recent_Menu() {
     a->setObjectName(QStringLiteral("RecentFile%1").arg(k));
     const std::string path = list[k];
     connect(a, &QAction::triggered, this, [this, path] {
-      // A file that no longer exists does nothing.
-      if (std::filesystem::exists(path)) Open(path);
+      // Several files joined with "|" are an array of individual files; a
+      // single file that no longer exists does nothing.
+      if (path.find('|') != std::string::npos) Open_Individual(path);
+      else if (std::filesystem::exists(path)) Open(path);
     });
     menu->insertAction(anchor, a);
     recent_actions_.push_back(a);
@@ -380,8 +385,11 @@ void Main_Window::On_Line_Separation() {
 }
 
 void Main_Window::On_Files_Dropped(const QStringList& paths) {
-  // One file opens; several make an array, which arrives with the array reader.
-  if (paths.size() == 1) Open(paths.front().toStdString());
+  // One file opens; several make one array of individual files.
+  std::vector<std::string> files;
+  for (const QString& p : paths) files.push_back(p.toStdString());
+  if (files.size() == 1) Open(files.front());
+  else Open_Individual(relaxation::Join_Individual_Paths(files));
 }
 
 void Main_Window::Start(const std::string& home, const std::string& exe_path, const std::string& command_line,
@@ -414,6 +422,12 @@ datafiles::Open_Request Main_Window::Fid_Request(const std::string& path) {
 
 int Main_Window::Open(const std::string& path) {
   const int status = datafiles::NM1D_m11_Click(session_, Fid_Request(path));
+  Refresh_State();
+  return status;
+}
+
+int Main_Window::Open_Individual(const std::string& joined) {
+  const int status = datafiles::NM1D_m111_Click(session_, Fid_Request(joined));
   Refresh_State();
   return status;
 }

@@ -60,6 +60,9 @@ class Main_Window : public QMainWindow {
   // path is empty; a FID goes through the processing window. Returns the
   // core status (0 loaded).
   int Open(const std::string& path);
+  // NM1D_m111: several files as one array of individual delays, from their
+  // joined form ("folder|name|name...") or, when empty, the file dialog.
+  int Open_Individual(const std::string& joined);
   // The save command (m10) to a path, or with the file dialog.
   int Save(const std::string& path);
   // False when the start-up ended the program (file in use, 2D data handed

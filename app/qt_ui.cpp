@@ -18,6 +18,7 @@
 #include "instrument_dialogs.h"
 #include "parameter_table_dialog.h"
 #include "user_dialog.h"
+#include "relaxation/array_data.h"
 #include "session/messages.h"
 
 namespace tevo::app {
@@ -142,7 +143,7 @@ std::optional<platform::File_Answer> Run_File_Dialog(QWidget* parent, const plat
                                                      bool save) {
   QFileDialog dlg(parent, Q(r.title), Q(r.initial_dir));
   dlg.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dlg.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dlg.setFileMode(save ? QFileDialog::AnyFile : r.multiple ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
   const QStringList filters = Qt_Filters(r.filter);
   dlg.setNameFilters(filters);
   if (r.filter_index >= 1 && r.filter_index <= filters.size()) dlg.selectNameFilter(filters[r.filter_index - 1]);
@@ -154,6 +155,11 @@ std::optional<platform::File_Answer> Run_File_Dialog(QWidget* parent, const plat
   if (dlg.exec() != QDialog::Accepted || dlg.selectedFiles().isEmpty()) return std::nullopt;
   platform::File_Answer a;
   a.path = dlg.selectedFiles().front().toStdString();
+  if (r.multiple && dlg.selectedFiles().size() > 1) {
+    std::vector<std::string> paths;
+    for (const QString& f : dlg.selectedFiles()) paths.push_back(f.toStdString());
+    a.path = relaxation::Join_Individual_Paths(paths);
+  }
   a.filter_index = static_cast<int>(filters.indexOf(dlg.selectedNameFilter())) + 1;
   return a;
 }
@@ -180,7 +186,8 @@ int Qt_Ui::Choose(const std::string& title, const std::string& prompt, const std
   static const std::map<std::string, std::pair<const char*, const char*>> forms = {
       {"重ね書き指定", {"NMR1D_Form12", "重ね書き指定"}},
       {"重ね書きの削除", {"NMR1D_Form23", "「重ね書き」の削除の確認"}},
-      {"Multi(Array) データ", {"NMR1D_Form20", "Multi(Array) データ"}}};
+      {"Multi(Array) データ", {"NMR1D_Form20", "Multi(Array) データ"}},
+      {"T1/T2個別データ", {"NMR1D_Form21", "T1/T2個別データ"}}};
   QDialog dlg(parent_);
   dlg.setWindowTitle(Q(title));
   if (const auto it = forms.find(title); it != forms.end()) {

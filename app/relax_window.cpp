@@ -4,10 +4,12 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
@@ -35,6 +37,35 @@ struct Frame {
 };
 Frame Plot_Frame(const QWidget& w) { return {60, 20, w.width() - 200, w.height() - 40}; }
 
+// T1Cal_Form2: the delay and intensity limits of the plot.
+class Relax_Range_Dialog : public QDialog {
+ public:
+  Relax_Range_Dialog(relaxation::Relax_Limits& limits, QWidget* parent) : QDialog(parent), limits_(limits) {
+    setObjectName("T1Cal_Form2");
+    setWindowTitle("表示範囲の変更");
+    const float values[] = {limits.X_Min, limits.X_Max, limits.Y_Min, limits.Y_Max};
+    const char* captions[] = {"t 最小 / s", "t 最大 / s", "強度 最小", "強度 最大"};
+    auto* form = new QFormLayout;
+    for (std::size_t i = 0; i < text_.size(); ++i) {
+      text_[i] = Named_Field(this, ("Text" + std::to_string(i + 1)).c_str());
+      text_[i]->setText(Number(values[i]));
+      form->addRow(captions[i], text_[i]);
+    }
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(form);
+    QPushButton* ok = Ok_Cancel_Row(this, layout);
+    connect(ok, &QPushButton::clicked, this, [this] {
+      relaxation::T1Cal_Form2_OK(limits_, text_[0]->text().toStdString(), text_[1]->text().toStdString(),
+                                 text_[2]->text().toStdString(), text_[3]->text().toStdString());
+      accept();
+    });
+  }
+
+ private:
+  relaxation::Relax_Limits& limits_;
+  std::array<QLineEdit*, 4> text_{};
+};
+
 }  // namespace
 
 Relax_Plot::Relax_Plot(Relax_Window& owner) : QWidget(&owner), owner_(owner) {
@@ -51,6 +82,8 @@ void Relax_Plot::paintEvent(QPaintEvent*) {
   const Frame f = Plot_Frame(*this);
   float x0, x1, y0, y1;
   owner_.Limits(x0, x1, y0, y1);
+  // The intensity pair is taken as typed; a pair of one value still draws.
+  if (y1 == y0) y1 = y0 + 1;
   const auto px = [&](double t) { return f.left + static_cast<int>(std::lround((t - x0) / (x1 - x0) * (f.right - f.left))); };
   const auto py = [&](double y) { return f.bottom - static_cast<int>(std::lround((y - y0) / (y1 - y0) * (f.bottom - f.top))); };
   const platform::Colour black = platform::Rgb(0, 0, 0), red = platform::Rgb(255, 0, 0), blue = platform::Rgb(0, 0, 255);
@@ -77,6 +110,9 @@ void Relax_Plot::paintEvent(QPaintEvent*) {
   label(f.left, f.bottom + 4, Format_Number(x0, "0.0##"));
   label(f.right - 30, f.bottom + 4, Format_Number(x1, "0.0##"));
   label((f.left + f.right) / 2 - 20, f.bottom + 18, "t / s");
+  // Points and curve stay inside the frame when narrower limits are set;
+  // a point on the frame's edge still shows whole.
+  painter.setClipRect(QRect(QPoint(f.left - 4, f.top - 4), QPoint(f.right + 4, f.bottom + 4)));
   // The points: those in use filled, the others hollow.
   for (std::size_t j = 0; j < fit.Data_T.size(); ++j) {
     const bool used = static_cast<int32_t>(j) >= fit.First_Point && static_cast<int32_t>(j) <= fit.Last_Point;
@@ -91,6 +127,7 @@ void Relax_Plot::paintEvent(QPaintEvent*) {
     surface.Move_To(px(fit.Fit_Curve_T[0]), py(fit.Fit_Curve_Y[0]));
     for (std::size_t j = 1; j < fit.Fit_Curve_T.size(); ++j) surface.Line_To(px(fit.Fit_Curve_T[j]), py(fit.Fit_Curve_Y[j]));
   }
+  painter.setClipping(false);
   // The results of the last trial point.
   if (fit.State.Trial.size() == relaxation::Relax_Param_Count) {
     const float k = fit.State.Trial[relaxation::Relax_K];
@@ -128,6 +165,11 @@ Relax_Window::Relax_Window(Session& session, int32_t region_first, int32_t regio
   setObjectName("T1Cal_Form1");
   setWindowTitle("T1/T2データの解析");
   auto* layout = new QVBoxLayout(this);
+  auto* menu = new QMenuBar(this);
+  QAction* m30 = menu->addAction("表示範囲の変更");
+  m30->setObjectName("m30");
+  connect(m30, &QAction::triggered, this, &Relax_Window::m30_Click);
+  layout->setMenuBar(menu);
   combo_ = new QComboBox(this);
   combo_->setObjectName("Combo1");
   combo_->addItem("面積(選択範囲)");
@@ -200,37 +242,20 @@ void Relax_Window::Select(int index, bool first_entry) {
   if (combo_->currentIndex() != index) combo_->setCurrentIndex(index);
   // The sum over the region counts from point 1; no region is 0.
   const int32_t lo = std::min(region_first_, region_last_), hi = std::max(region_first_, region_last_);
-  const std::vector<relaxation::Intensity_Pair> pairs =
-      relaxation::Extract_Intensities(session_, index, lo >= 0 ? std::max(1, lo) : 0, lo >= 0 ? std::max(1, hi) : 0,
-                                      first_entry ? 0.1f : 1e-28f, !first_entry);
-  fit_.Data_T.clear();
-  fit_.Data_Y.clear();
-  for (const auto& p : pairs) {
-    fit_.Data_T.push_back(p.t);
-    fit_.Data_Y.push_back(p.y);
-  }
-  fit_.Fit_Curve_T.clear();
-  fit_.Fit_Curve_Y.clear();
-  fit_.State = {};
-  have_data_ = !pairs.empty();
-  const auto [t_lo, t_hi] = std::minmax_element(fit_.Data_T.begin(), fit_.Data_T.end());
-  const auto [y_lo, y_hi] = std::minmax_element(fit_.Data_Y.begin(), fit_.Data_Y.end());
-  // A series of fewer than three rows or with all delays or all intensities
-  // alike has nothing to fit.
-  if (session_.Array_Rows < 3 || pairs.size() < 3 || *t_lo == *t_hi || *y_lo == *y_hi) {
+  const relaxation::Fit_Data_Status status = relaxation::Select_Fit_Data(
+      session_, index, lo >= 0 ? std::max(1, lo) : 0, lo >= 0 ? std::max(1, hi) : 0, first_entry, previous_k_, fit_);
+  have_data_ = !fit_.Data_T.empty();
+  if (status != relaxation::Fit_Data_Status::Ready) {
     Set_Controls(false);
     plot_->update();
     return;
   }
-  const relaxation::Relax_Start start = relaxation::Relax_Start_Values(fit_.Data_T, fit_.Data_Y, previous_k_);
-  previous_k_ = start.value[relaxation::Relax_K];
-  for (std::size_t p = 0; p < start.value.size(); ++p) {
-    text_[p * 3]->setText(Number(start.value[p]));
-    text_[p * 3 + 1]->setText(Number(start.step[p]));
-    text_[p * 3 + 2]->setText(Number(start.tol[p]));
+  previous_k_ = fit_.Start_Value[relaxation::Relax_K];
+  for (std::size_t p = 0; p < relaxation::Relax_Param_Count; ++p) {
+    text_[p * 3]->setText(Number(fit_.Start_Value[p]));
+    text_[p * 3 + 1]->setText(Number(fit_.Step_Value[p]));
+    text_[p * 3 + 2]->setText(Number(fit_.Tol_Value[p]));
   }
-  fit_.First_Point = 0;
-  fit_.Last_Point = static_cast<int32_t>(pairs.size()) - 1;
   Show_Range();
   Set_Controls(true);
   Run_Fit();
@@ -271,18 +296,20 @@ void Relax_Window::Run_Fit() {
 }
 
 void Relax_Window::Limits(float& x0, float& x1, float& y0, float& y1) const {
-  x0 = 0;
-  x1 = fit_.Data_T.empty() ? 1 : fit_.Data_T.back();
-  y0 = 0;
-  y1 = 0;
-  for (std::size_t j = 0; j < fit_.Data_T.size(); ++j) {
-    x0 = std::min(x0, fit_.Data_T[j]);
-    x1 = std::max(x1, fit_.Data_T[j]);
-    y0 = std::min(y0, fit_.Data_Y[j]);
-    y1 = std::max(y1, fit_.Data_Y[j]);
-  }
-  if (x1 <= x0) x1 = x0 + 1;
-  if (y1 <= y0) y1 = y0 + 1;
+  const relaxation::Relax_Limits l = limits_ ? *limits_ : relaxation::Series_Limits(fit_);
+  x0 = l.X_Min;
+  x1 = l.X_Max;
+  y0 = l.Y_Min;
+  y1 = l.Y_Max;
+}
+
+void Relax_Window::m30_Click() {
+  relaxation::Relax_Limits l;
+  Limits(l.X_Min, l.X_Max, l.Y_Min, l.Y_Max);
+  Relax_Range_Dialog form(l, this);
+  if (form.exec() != QDialog::Accepted) return;
+  limits_ = l;
+  plot_->update();
 }
 
 void Relax_Window::Show_Vertex0() {

@@ -5,12 +5,14 @@
 // hold a parameter at its start value. The fit runs at each new choice and
 // again on "計算開始"; "計算中止" stops it at the next iteration. The plot
 // shows the normalised points and the curve; the left button moves the
-// first point in use, the right button the last.
+// first point in use, the right button the last. Its menu sets the plot's
+// limits (T1Cal_Form2).
 #pragma once
 
 #include <QDialog>
 #include <QWidget>
 #include <array>
+#include <optional>
 
 #include "relaxation/relaxation_fit.h"
 #include "session/session.h"
@@ -57,8 +59,11 @@ class Relax_Window : public QDialog {
   void Run_Fit();
   bool Running() const { return running_; }
   const relaxation::Relax_Fit& Fit() const { return fit_; }
-  // The plot's limits: delay from 0 to the last delay, intensity over the data.
+  // The plot's limits: those set through "表示範囲の変更" while the window is
+  // open, otherwise delay from 0 to the last delay, intensity over the data.
   void Limits(float& x0, float& x1, float& y0, float& y1) const;
+  // m30: T1Cal_Form2 with the limits of the moment; "OK" takes them.
+  void m30_Click();
 
  protected:
   void closeEvent(QCloseEvent* e) override;
@@ -74,6 +79,7 @@ class Relax_Window : public QDialog {
   int32_t region_first_, region_last_;
   relaxation::Relax_Fit fit_;
   float previous_k_ = 1.0f;
+  std::optional<relaxation::Relax_Limits> limits_;  // set by T1Cal_Form2
   bool running_ = false, stop_ = false, have_data_ = false;
   QComboBox* combo_ = nullptr;  // Combo1
   std::array<QLineEdit*, 9> text_{};  // Text(0) .. Text(8)

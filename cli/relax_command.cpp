@@ -100,23 +100,14 @@ void Register_Relax(CLI::App& app, Context& ctx) {
       first = std::max(1, editing::Spec_Point_Of_Ppm(s, std::min(left, right)));
       last = std::max(1, editing::Spec_Point_Of_Ppm(s, std::max(left, right)));
     }
-    const std::vector<relaxation::Intensity_Pair> pairs =
-        relaxation::Extract_Intensities(s, selection, first, last, 0.1f, false);
-    for (const auto& p : pairs) fit.Data_T.push_back(p.t), fit.Data_Y.push_back(p.y);
-    const auto [t_lo, t_hi] = std::minmax_element(fit.Data_T.begin(), fit.Data_T.end());
-    const auto [y_lo, y_hi] = std::minmax_element(fit.Data_Y.begin(), fit.Data_Y.end());
-    if (*t_lo == *t_hi || *y_lo == *y_hi) {
+    const relaxation::Relax_Fit held = fit;
+    if (relaxation::Select_Fit_Data(s, selection, first, last, true, 1.0f, fit) != relaxation::Fit_Data_Status::Ready) {
       std::cerr << "relax: the delays or the intensities of the series are all alike\n";
       ctx.exit_code = Exit_Refused;
       return;
     }
-    const relaxation::Relax_Start start = relaxation::Relax_Start_Values(fit.Data_T, fit.Data_Y, 1.0f);
-    for (std::size_t p = 0; p < start.value.size(); ++p) {
-      if (!fit.Fix_Flag[p]) fit.Start_Value[p] = start.value[p];
-      fit.Step_Value[p] = start.step[p];
-      fit.Tol_Value[p] = start.tol[p];
-    }
-    fit.Last_Point = static_cast<int32_t>(pairs.size()) - 1;
+    for (std::size_t p = 0; p < relaxation::Relax_Param_Count; ++p)
+      if (held.Fix_Flag[p]) fit.Start_Value[p] = held.Start_Value[p];
     // The window runs until it converges or the operator stops it; here a
     // generous count stands in for the operator.
     const auto run = [&] {
@@ -147,7 +138,7 @@ void Register_Relax(CLI::App& app, Context& ctx) {
       j["file"] = path;
       j["delay_name"] = s.Delay_Name;
       j["series"] = nlohmann::json::array();
-      for (const auto& p : pairs) j["series"].push_back({{"t", p.t}, {"y", p.y}});
+      for (std::size_t i = 0; i < fit.Data_T.size(); ++i) j["series"].push_back({{"t", fit.Data_T[i]}, {"y", fit.Data_Y[i]}});
       j["A0"] = v[relaxation::Relax_A0];
       j["k"] = k;
       j["B"] = v[relaxation::Relax_B];
@@ -159,7 +150,7 @@ void Register_Relax(CLI::App& app, Context& ctx) {
       std::cout << j.dump(2) << "\n";
     } else {
       std::printf("%14s %12s\n", s.Delay_Label.empty() ? "t / s" : s.Delay_Label.c_str(), "intensity");
-      for (const auto& p : pairs) std::printf("%14.6g %12.6f\n", p.t, p.y);
+      for (std::size_t i = 0; i < fit.Data_T.size(); ++i) std::printf("%14.6g %12.6f\n", fit.Data_T[i], fit.Data_Y[i]);
       std::printf("A0 = %.6g\nk  = %.6g s-1\nB  = %.6g\nT  = %s s\n%s\n", v[relaxation::Relax_A0], k,
                   v[relaxation::Relax_B], relaxation::Relax_T_Text(k).c_str(),
                   relaxation::Criterion_Text(fit.Final_Criterion).c_str());

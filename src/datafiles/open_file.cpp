@@ -237,13 +237,14 @@ constexpr int Csv_Filter_Index = 5;
 
 }  // namespace
 
-std::string Ask_Open_Path(Session& s, int forced) {
+std::string Ask_Open_Path(Session& s, int forced, bool multiple) {
   platform::File_Request req;
   req.title = "読み込み";
   req.filter = Open_Filter(s);
   req.filter_index = forced > 0 ? forced : Setting_Int(s, "INITIATL FILE", 1);
   req.initial_name = Open_Pattern(s, req.filter_index);
   req.initial_dir = s.Data_Folder.empty() ? s.Start_Folder : s.Data_Folder;
+  req.multiple = multiple;
   auto answer = s.ui->Open_File(req);
   if (!answer) return {};
   if (forced <= 0) Store_Setting(s, "INITIATL FILE", answer->filter_index);
@@ -259,23 +260,94 @@ static void Show_Data_Set(Session& s) {
   if (s.Spec_Points > 0 && !s.Spec_Re.Empty()) Build_Disp_Arrays(s, 0);
 }
 
-int NM1D_m11_Click(Session& s, const Open_Request& request) {
-  if (!session::Confirm_Mode_Exit(s)) return 1;
-  s.Undo_Stack[0].Kind = Undo_None;
+namespace {
 
-  if (s.Data_Saved != 1) {
-    s.ui->Beep();
-    platform::Message_Box_Request box;
-    box.title = "注意！";
-    box.text = "データは変更されています";
-    box.style = Style_Yes_No_Cancel | Icon_Exclamation;
-    box.buttons = {"保存する", "保存しない", "キャンセル"};
-    box.icon = 3;
-    const int button = s.ui->Message_Box(box);
-    if (button != 1 && button != 2) return 1;
-    // A save that was cancelled or failed stops the open: nothing is lost.
-    if (button == 1 && m10_Click(s) != 0) return 1;
+// The steps before any open: the mode interlock and, for changed data, the
+// question whether to save them first. False stops the open.
+bool Ready_For_Open(Session& s) {
+  if (!session::Confirm_Mode_Exit(s)) return false;
+  s.Undo_Stack[0].Kind = Undo_None;
+  if (s.Data_Saved == 1) return true;
+  s.ui->Beep();
+  platform::Message_Box_Request box;
+  box.title = "注意！";
+  box.text = "データは変更されています";
+  box.style = Style_Yes_No_Cancel | Icon_Exclamation;
+  box.buttons = {"保存する", "保存しない", "キャンセル"};
+  box.icon = 3;
+  const int button = s.ui->Message_Box(box);
+  if (button != 1 && button != 2) return false;
+  // A save that was cancelled or failed stops the open: nothing is lost.
+  return button != 1 || m10_Click(s) == 0;
+}
+
+// What the open of one file and the open of individual files differ in
+// after the read.
+struct Read_Done {
+  std::string data_folder;  // remembered for the next dialog
+  std::string former_work_copy, former_name;  // the data set before the read
+  // The question for a FID of several rows: how its rows are kept, or
+  // which row of individual files is phased. Anything but "OK", "START"
+  // or "END" gives up the open.
+  std::string (*array_question)(Session&) = nullptr;
+  std::string recent;  // the entry of the recent-file list
+};
+
+// Gives up an open after the read: the former data set comes back as it was.
+void Restore_Former(Session& s, const Read_Done& done) {
+  std::error_code ec;
+  if (fs::exists(done.former_work_copy, ec)) Read_Back_Work_Copy(s, done.former_work_copy, done.former_name);
+  else Reset_Session_Data(s, true);
+  Show_Data_Set(s);
+}
+
+// The steps after a good read: the remembered folder, FID or spectrum, the
+// instrument ID, the array question and the processing window, then the
+// marker, the log, the recent list and the display copy.
+int Finish_Open(Session& s, const Open_Request& request, const Read_Done& done) {
+  Store_Setting(s, "DATA  SET DIR", done.data_folder);
+  if (s.Param.SMODE == 0) {
+    s.Is_Spectrum = 0;
+    s.Is_Fid = 1;
+  } else {
+    s.Is_Spectrum = 1;
+    s.Is_Fid = 0;
   }
+  if (Setting_Int(s, "INSTRUMENT ID IN", 0) != 0) {
+    auto id = s.ui->Ask_Text("Instrument ID", "Instrument ID", s.Param.Instrument_Name);
+    if (id) s.Param.Instrument_Id = *id;
+  }
+  s.Param.Observe_Text = Observe_Text(s.Observe_Frequency);
+
+  // A FID of several rows: the question is asked once; how the rows are
+  // kept is acted on when the transform is committed.
+  bool array_cancelled = false;
+  if (s.Is_Fid == 1 && s.Array_Rows >= 2) {
+    const std::string answer = done.array_question(s);
+    array_cancelled = answer != "OK" && answer != "START" && answer != "END";
+  }
+  if (s.Is_Fid == 1 && (array_cancelled || request.fid_window)) {
+    // Cancelling the array question or discarding the processing window
+    // ("CANCEL", or closing it) gives up the open: the former data set comes
+    // back as it was.
+    const std::string result = array_cancelled ? "CANCEL" : request.fid_window(s);
+    if (result.empty() || result == "CANCEL") {
+      Restore_Former(s, done);
+      return 1;
+    }
+  }
+
+  session::Mark_Open_File(s, s.Open_Name);
+  session::Write_Log(s, "Read", s.Open_Name);
+  session::Set_RecentFile_Menu(s, done.recent);
+  Show_Data_Set(s);
+  return 0;
+}
+
+}  // namespace
+
+int NM1D_m11_Click(Session& s, const Open_Request& request) {
+  if (!Ready_For_Open(s)) return 1;
 
   std::string path = request.path;
   Recognition r;
@@ -294,50 +366,78 @@ int NM1D_m11_Click(Session& s, const Open_Request& request) {
   const Open_Route* route = Find_Route(r);
   if (route == nullptr) return Refuse(s, "Dataが違います", Data_Error);
 
-  const std::string former_work_copy = Work_Copy_Path(s);
-  const std::string former_name = s.Open_Name;
+  Read_Done done;
+  done.former_work_copy = Work_Copy_Path(s);
+  done.former_name = s.Open_Name;
   const int status = Read_Routed(s, r, *route);
   if (status != 0) {
     Show_Data_Set(s);
     return status;
   }
+  done.data_folder = r.data_folder;
+  done.array_question = relaxation::NMR1D_Form20;
+  done.recent = s.Open_Name;
+  return Finish_Open(s, request, done);
+}
 
-  Store_Setting(s, "DATA  SET DIR", r.data_folder);
-  if (s.Param.SMODE == 0) {
-    s.Is_Spectrum = 0;
-    s.Is_Fid = 1;
-  } else {
-    s.Is_Spectrum = 1;
-    s.Is_Fid = 0;
-  }
-  if (Setting_Int(s, "INSTRUMENT ID IN", 0) != 0) {
-    auto id = s.ui->Ask_Text("Instrument ID", "Instrument ID", s.Param.Instrument_Name);
-    if (id) s.Param.Instrument_Id = *id;
-  }
-  s.Param.Observe_Text = Observe_Text(s.Observe_Frequency);
+Session Scratch_Session(const Session& s, const std::string& backup_name) {
+  Session t;
+  t.ui = s.ui;
+  t.App_Path = s.App_Path;
+  t.Backup_File = (fs::path(s.App_Path) / backup_name).string();
+  t.settings = s.settings;
+  t.User_Name = s.User_Name;
+  t.Log_Mode = -1;
+  t.Nuclei = s.Nuclei;
+  t.Instr_Tab = s.Instr_Tab;
+  t.Data_Saved = 1;
+  return t;
+}
 
-  // A FID of several rows: how its rows are kept is asked once, and acted
-  // on when the transform is committed.
-  const bool array_cancelled = s.Is_Fid == 1 && s.Array_Rows >= 2 && relaxation::NMR1D_Form20(s) != "OK";
-  if (s.Is_Fid == 1 && (array_cancelled || request.fid_window)) {
-    // Cancelling the array question or discarding the processing window
-    // ("CANCEL", or closing it) gives up the open: the former data set comes
-    // back as it was.
-    const std::string result = array_cancelled ? "CANCEL" : request.fid_window(s);
-    if (result.empty() || result == "CANCEL") {
-      std::error_code ec;
-      if (fs::exists(former_work_copy, ec)) Read_Back_Work_Copy(s, former_work_copy, former_name);
-      else Reset_Session_Data(s, true);
-      Show_Data_Set(s);
-      return 1;
-    }
-  }
+int NM1D_m111_Click(Session& s, const Open_Request& request) {
+  if (!Ready_For_Open(s)) return 1;
+  std::string joined = request.path;
+  if (joined.empty()) joined = Ask_Open_Path(s, 0, true);
+  const std::vector<std::string> files = relaxation::Split_Individual_Paths(joined);
+  if (files.empty()) return 1;
 
-  session::Mark_Open_File(s, s.Open_Name);
-  session::Write_Log(s, "Read", s.Open_Name);
-  session::Set_RecentFile_Menu(s, s.Open_Name);
-  Show_Data_Set(s);
-  return 0;
+  // Each row is the main read of its file: the later files into sessions of
+  // their own first, so that a file that cannot be read leaves the data set
+  // in memory untouched, then the first into the session itself.
+  std::vector<Recognition> found;
+  for (const std::string& file : files) {
+    found.push_back(Classify_File(s, file));
+    if (found.back().sniff.status < 0) return -1;
+    if (!Class_Accepted(found.back()) || Find_Route(found.back()) == nullptr)
+      return Refuse(s, "Dataが違います", Data_Error);
+  }
+  std::vector<Session> others;
+  for (std::size_t k = 1; k < files.size(); ++k) {
+    others.push_back(Scratch_Session(s, "TempRow.dat"));
+    const int status = Read_Routed(others.back(), found[k], *Find_Route(found[k]));
+    if (status != 0) return status;
+  }
+  Read_Done done;
+  done.former_work_copy = Work_Copy_Path(s);
+  done.former_name = s.Open_Name;
+  const int status = Read_Routed(s, found[0], *Find_Route(found[0]));
+  if (status != 0) {
+    Show_Data_Set(s);
+    return status;
+  }
+  if (!relaxation::Join_Individual_Rows(s, others)) {
+    Restore_Former(s, done);
+    return Refuse(s, "Dataが違います", Data_Error);
+  }
+  // The rows stay an array in the order of the files.
+  s.Array_Read_Dept = 0;
+  s.Array_Read_Array = 1;
+  s.Array_Sort = 0;
+  for (std::size_t k = 1; k < files.size(); ++k) session::Write_Log(s, "Read", others[k - 1].Open_Name);
+  done.data_folder = found[0].data_folder;
+  done.array_question = relaxation::NMR1D_Form21;
+  done.recent = relaxation::Join_Individual_Paths(files);
+  return Finish_Open(s, request, done);
 }
 
 int NM1D_m112_Click(Session& s, Open_Request request) {

@@ -27,7 +27,9 @@ int Overlay_Keep_Prompt(Session& s, bool keep = false);
 
 // Asks for the file to open, the dialog on filter `forced` (0: the
 // remembered one, which the chosen one replaces); empty when cancelled.
-std::string Ask_Open_Path(Session& s, int forced = 0);
+// `multiple` lets several files be chosen, answered in the joined form of
+// relaxation::Join_Individual_Paths.
+std::string Ask_Open_Path(Session& s, int forced = 0, bool multiple = false);
 
 // The observe frequency to 0.05 MHz as the parameter text shows it.
 std::string Observe_Text(double observe_mhz);
@@ -49,6 +51,19 @@ struct Open_Request {
 // loaded, 1 refused or cancelled (the former data set stays), -1 failure
 // (the former data set was read back).
 int NM1D_m11_Click(Session& s, const Open_Request& request);
+
+// The open of several files as one array of individual delays: the files
+// chosen together in the dialog, or `request.path` in the joined form of
+// relaxation::Join_Individual_Paths. Each row is the main read of its file;
+// the set takes each file's stored delay. A FID set asks which row is
+// phased (NMR1D_Form21). The recent-file entry is the joined form. Returns
+// as NM1D_m11_Click.
+int NM1D_m111_Click(Session& s, const Open_Request& request);
+
+// A session that shares the operator's settings, tables and window system
+// with `s` and holds no data, with a work copy of its own (`backup_name` in
+// the program folder): the place of a read that is not the main data set.
+Session Scratch_Session(const Session& s, const std::string& backup_name);
 
 // The open with the file dialog on the CSV filter ("CSVデータ(*.csv)"),
 // leaving the remembered filter as it was.

@@ -37,7 +37,7 @@ std::string Slot_Edit_Title(int slot, const std::string& file) {
 }
 
 Session Session_From_Slot(const Session& main, int slot) {
-  Session t = Scratch_Of(main);
+  Session t = datafiles::Scratch_Session(main, "TempSlot.dat");
   if (!Edit_Slot(slot)) return t;
   const Overlay_Slot& o = Slot(main, slot);
   const auto n = static_cast<std::size_t>(std::max(o.Slot_Points, 0));
@@ -110,7 +110,7 @@ int Replace_Edit_Slot(Session& main, int slot, Session& working, Overlay_Slot& r
   const int status = Read_Slot_Record(main, read, file, Slot_Align::Chem);
   if (status != 0) return status;
   // The read is laid out as the slot and becomes the working session.
-  Session scratch = Scratch_Of(main);
+  Session scratch = datafiles::Scratch_Session(main, "TempSlot.dat");
   scratch.Overlay[static_cast<std::size_t>(slot)] = read;
   scratch.Axis_Unit = working.Axis_Unit;
   platform::Ui* ui = working.ui;

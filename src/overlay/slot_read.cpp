@@ -23,20 +23,6 @@ constexpr double Cent_Tolerance = 0.01;
 
 }  // namespace
 
-Session Scratch_Of(const Session& s) {
-  Session t;
-  t.ui = s.ui;
-  t.App_Path = s.App_Path;
-  t.Backup_File = (std::filesystem::path(s.App_Path) / "TempSlot.dat").string();
-  t.settings = s.settings;
-  t.User_Name = s.User_Name;
-  t.Log_Mode = -1;
-  t.Nuclei = s.Nuclei;
-  t.Instr_Tab = s.Instr_Tab;
-  t.Data_Saved = 1;
-  return t;
-}
-
 Overlay_Slot Slot_From_Session(const Session& t, const std::string& path, const Overlay_Slot& keep) {
   Overlay_Slot o;
   o.Slot_Y_Offset = keep.Slot_Y_Offset;
@@ -81,7 +67,7 @@ int Read_Overlay_Slot(Session& s, int slot, const std::string& path, Slot_Align 
 }
 
 int Read_Slot_Record(Session& s, Overlay_Slot& o, const std::string& path, Slot_Align align) {
-  Session t = Scratch_Of(s);
+  Session t = datafiles::Scratch_Session(s, "TempSlot.dat");
   const datafiles::Recognition r = datafiles::Classify_File(t, path);
   if (r.sniff.status < 0) return -1;
   const datafiles::Open_Route* route = datafiles::Class_Accepted(r) ? datafiles::Find_Route(r) : nullptr;

@@ -33,10 +33,6 @@ int Read_Overlay_Slot(Session& s, int slot, const std::string& path, Slot_Align 
 // record with it.
 int Read_Slot_Record(Session& s, Overlay_Slot& o, const std::string& path, Slot_Align align);
 
-// A session that shares the operator's settings, tables and window system
-// with `s` and holds no data, with a work copy of its own.
-Session Scratch_Of(const Session& s);
-
 // The slot record of the session's current spectrum (row Array_Row): its
 // points, axis, scale, parameters and lists; `keep` gives the offset and
 // colour the slot had.

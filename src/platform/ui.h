@@ -30,6 +30,9 @@ struct File_Request {
   std::string initial_dir;
   std::string initial_name;
   std::string default_ext;
+  // Several files may be chosen (an open only): the answer's path is then
+  // the folder and the file names joined with "|".
+  bool multiple = false;
 };
 
 struct File_Answer {

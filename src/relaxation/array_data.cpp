@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <filesystem>
 #include <utility>
 
 #include "display/view_commands.h"
@@ -118,15 +119,6 @@ std::vector<double> Array_List_Values(const Session& s, int32_t first, int32_t l
   return sums;
 }
 
-Array_Read_Choice Array_Read_State(const Session& s) {
-  Array_Read_Choice c;
-  const int32_t mode = s.settings.Int("ARRAY MODE");
-  c.Array_Read_Dept = mode == 2 ? 1 : 0;
-  c.Array_Read_Array = mode == 0 ? 1 : 0;
-  c.Array_Sort = c.Array_Read_Array ? static_cast<int16_t>(std::clamp(s.settings.Int("ARRAY SORT"), 0, 2)) : 0;
-  return c;
-}
-
 std::string NMR1D_Form20(Session& s) {
   // Option1 .. Option4, the parameter order split by Option10 / Option11.
   static const std::vector<std::string> options = {
@@ -135,10 +127,12 @@ std::string NMR1D_Form20(Session& s) {
   constexpr int read_order = 3;
   const int pick = s.ui->Choose("Multi(Array) データ", "", options, read_order);
   if (pick < 0 || pick >= static_cast<int>(options.size())) return "CANCEL";
-  const int mode = pick == 0 ? 2 : pick == 4 ? 1 : 0;
-  const int sort = pick == 1 ? 1 : pick == 2 ? 2 : 0;
-  s.settings.Set("ARRAY MODE", mode);
-  s.settings.Set("ARRAY SORT", sort);
+  s.Array_Read_Dept = pick == 0 ? 1 : 0;
+  s.Array_Read_Array = pick >= 1 && pick <= 3 ? 1 : 0;
+  s.Array_Sort = static_cast<int16_t>(pick == 1 ? 1 : pick == 2 ? 2 : 0);
+  // The answer is remembered: 0 an array, 1 rows as overlays, 2 DEPT rows.
+  s.settings.Set("ARRAY MODE", pick == 0 ? 2 : pick == 4 ? 1 : 0);
+  s.settings.Set("ARRAY SORT", s.Array_Sort);
   return "OK";
 }
 
@@ -182,14 +176,86 @@ void Rows_To_Overlays(Session& s, bool dept) {
 
 float Commit_Array_Rows(Session& s) {
   if (s.Array_Rows < 2) return 0.95f;
-  const Array_Read_Choice c = Array_Read_State(s);
-  if (c.Array_Read_Dept || !c.Array_Read_Array) {
+  if (s.Array_Read_Dept || !s.Array_Read_Array) {
     const int32_t rows = s.Array_Rows;
-    Rows_To_Overlays(s, c.Array_Read_Dept != 0);
+    Rows_To_Overlays(s, s.Array_Read_Dept != 0);
     return 0.95f / static_cast<float>(rows);
   }
-  if (c.Array_Sort > 0) Sort_Array_Rows(s, c.Array_Sort);
+  if (s.Array_Sort > 0) Sort_Array_Rows(s, s.Array_Sort);
   return 0.95f;
+}
+
+std::string Join_Individual_Paths(const std::vector<std::string>& paths) {
+  if (paths.empty()) return {};
+  const std::filesystem::path folder = std::filesystem::path(paths.front()).parent_path();
+  std::string joined = folder.string();
+  for (const std::string& p : paths) {
+    const std::filesystem::path file(p);
+    joined += "|" + (file.parent_path() == folder ? file.filename().string() : p);
+  }
+  return joined;
+}
+
+std::vector<std::string> Split_Individual_Paths(const std::string& joined) {
+  if (joined.find('|') == std::string::npos) return joined.empty() ? std::vector<std::string>{} : std::vector{joined};
+  std::vector<std::string> parts;
+  std::size_t from = 0;
+  for (;;) {
+    const std::size_t bar = joined.find('|', from);
+    parts.push_back(joined.substr(from, bar - from));
+    if (bar == std::string::npos) break;
+    from = bar + 1;
+  }
+  std::vector<std::string> files;
+  for (std::size_t k = 1; k < parts.size(); ++k)
+    if (!parts[k].empty()) files.push_back((std::filesystem::path(parts[0]) / parts[k]).string());
+  return files;
+}
+
+float Stored_Delay(const Session& s) { return s.Delay_List.empty() ? s.Delay_Start : s.Delay_List.front(); }
+
+bool Join_Individual_Rows(Session& s, const std::vector<Session>& others) {
+  const auto fits = [&s](const Session& o) {
+    return o.Array_Rows == 1 && o.Point_Capacity == s.Point_Capacity && o.Spec_Points == s.Spec_Points &&
+           o.Fid_Points == s.Fid_Points && o.Param.SMODE == s.Param.SMODE;
+  };
+  if (s.Array_Rows != 1 || !std::all_of(others.begin(), others.end(), fits)) return false;
+  const auto rows = static_cast<int32_t>(others.size()) + 1;
+  std::vector<float> delays{Stored_Delay(s)};
+  for (const Session& o : others) delays.push_back(Stored_Delay(o));
+  using Member = Point_Array Session::*;
+  for (Member m : {&Session::Fid_Re, &Session::Fid_Im, &Session::Ft_Re, &Session::Ft_Im, &Session::Spec_Re,
+                   &Session::Spec_Im}) {
+    Point_Array joined;
+    joined.Allocate(s.Point_Capacity, rows);
+    const auto copy = [&joined](const Point_Array& from, int32_t row) {
+      if (from.Empty()) return;
+      const std::span<const float> src = from.Row(0);
+      std::copy(src.begin(), src.end(), joined.Row(Z(row)).begin());
+    };
+    copy(s.*m, 0);
+    for (int32_t r = 1; r < rows; ++r) copy(others[Z(r - 1)].*m, r);
+    s.*m = std::move(joined);
+  }
+  s.Array_Rows = rows;
+  s.Array_Row = 0;
+  s.Delay_List = delays;
+  s.Delay_Raw = delays;
+  s.Delay_Linear = 0;
+  s.Delay_Start = 0;
+  s.Delay_Step = 0;
+  Set_Delay_Labels(s);
+  // The FID work file is written anew for all rows.
+  s.Fid_Work_Saved = false;
+  return true;
+}
+
+std::string NMR1D_Form21(Session& s) {
+  const int pick = s.ui->Choose("T1/T2個別データ", "位相補正を行うデータは？",
+                                {"一番始めのデータ(T2)", "一番最後のデータ(T1)"}, 0);
+  if (pick < 0 || pick > 1) return "CANCEL";
+  s.Array_Row = pick == 0 ? 0 : s.Array_Rows - 1;
+  return pick == 0 ? "START" : "END";
 }
 
 void NMR1D_Form32_OK(Session& s, const std::string& x_text, const std::string& y_text) {

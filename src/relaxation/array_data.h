@@ -23,11 +23,6 @@ void Set_Delay_Labels(Session& s);
 // order and Ft_Re/Ft_Im are copied from them.
 void Sort_Array_Rows(Session& s, int16_t direction);
 
-struct Intensity_Pair {
-  float t = 0;  // delay, s
-  float y = 0;  // intensity, normalised by the largest magnitude
-};
-
 // One intensity per row against its delay. `selection` 0 sums Spec_Re over
 // region_first..region_last (both from 1 up, else 0 for every row); k >= 1
 // takes the height at the point of peak k of the current row's list. The
@@ -49,21 +44,11 @@ std::vector<double> Array_List_Values(const Session& s, int32_t first, int32_t l
 
 // ---- how an array is read and committed ----
 
-// The choices of NMR1D_Form20, made when a FID with several rows is read
-// and kept until the next reading. They live in the settings "ARRAY MODE"
-// (0 an array, 1 rows as overlays, 2 DEPT rows) and "ARRAY SORT" (0 read
-// order, 1 ascending delay, 2 descending), so that 0 keeps an array as read.
-struct Array_Read_Choice {
-  int16_t Array_Read_Dept = 0;
-  int16_t Array_Read_Array = 1;
-  int16_t Array_Sort = 0;
-};
-Array_Read_Choice Array_Read_State(const Session& s);
-
 // NMR1D_Form20 ("Multi(Array) データ"): DEPT rows, an array ordered by the
 // parameter (ascending or descending), an array in read order (the answer
 // offered first), or rows as overlays (ten at most). Returns "OK" with the
-// choice stored, or "CANCEL".
+// choice in Array_Read_Dept, Array_Read_Array and Array_Sort (and
+// remembered in the settings "ARRAY MODE" and "ARRAY SORT"), or "CANCEL".
 std::string NMR1D_Form20(Session& s);
 
 // The array step of the commit, on a freshly transformed set of Array_Rows
@@ -75,6 +60,34 @@ std::string NMR1D_Form20(Session& s);
 // DEPT); Array_Rows becomes 1. A kept array is sorted by delay when
 // Array_Sort asks for it. Returns the vertical zoom of the main spectrum.
 float Commit_Array_Rows(Session& s);
+
+// ---- a series read from individual files ----
+
+// Several files as one text, the form of the recent-file list and of a drop:
+// the folder of the first file, then each file's name, joined with "|". A
+// file of another folder keeps its whole path.
+std::string Join_Individual_Paths(const std::vector<std::string>& paths);
+// The files of such a text, each with its folder; a text without "|" is
+// the one file it names.
+std::vector<std::string> Split_Individual_Paths(const std::string& joined);
+
+// The delay a data set of one row stores for itself, in s: the first of
+// its value list, else the start of a linear list.
+float Stored_Delay(const Session& s);
+
+// Makes the session's one row and the one row of each of `others`, in that
+// order, one array data set of individual delays ("INDIV", Delay_Linear 0):
+// every point array gets the rows, Delay_List and Delay_Raw each file's
+// stored delay, the delay labels follow the first file's delay name.
+// Returns false, changing nothing, when a set has several rows, other
+// points, or is a FID where the first is a spectrum or the other way round.
+bool Join_Individual_Rows(Session& s, const std::vector<Session>& others);
+
+// NMR1D_Form21 ("T1/T2個別データ", "位相補正を行うデータは？"): which row of
+// an individual-delay series is phased for all: "START" the first row
+// ("一番始めのデータ(T2)"), "END" the last ("一番最後のデータ(T1)"). The
+// row becomes Array_Row. "CANCEL" leaves it.
+std::string NMR1D_Form21(Session& s);
 
 // NMR1D_Form32 ("Array(T1/T2)データ表示の配置") on "OK": Array_Span_X, the
 // sideways shift of the stack from first to last row as a part of the frame

@@ -1,9 +1,13 @@
 #include "relaxation/relaxation_fit.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
+#include "display/view_commands.h"
+#include "relaxation/array_data.h"
 #include "session/number_text.h"
+#include "session/session.h"
 
 namespace tevo::relaxation {
 
@@ -79,6 +83,62 @@ void Run_Relax_Fit(Relax_Fit& fit, const std::function<bool(const Simplex_State&
   if (fit.Outcome != Simplex_Step::Arithmetic_Error) fit.Outcome = Simplex_Run(fit.State, criterion, go_on);
   Calc_Curve(fit);
   fit.Final_Criterion = fit.State.Vertex_Error[Z(fit.State.Low)];
+}
+
+Fit_Data_Status Select_Fit_Data(Session& s, int32_t selection, int32_t region_first, int32_t region_last,
+                                bool first_entry, float previous_k, Relax_Fit& fit) {
+  s.Array_Selection = static_cast<int16_t>(selection);
+  s.Intensity_Pairs =
+      Extract_Intensities(s, selection, region_first, region_last, first_entry ? 0.1f : 1e-28f, !first_entry);
+  const std::vector<Intensity_Pair>& pairs = s.Intensity_Pairs;
+  fit.Data_T.clear();
+  fit.Data_Y.clear();
+  for (const Intensity_Pair& p : pairs) {
+    fit.Data_T.push_back(p.t);
+    fit.Data_Y.push_back(p.y);
+  }
+  fit.Fit_Curve_T.clear();
+  fit.Fit_Curve_Y.clear();
+  fit.State = {};
+  if (s.Array_Rows < 3 || pairs.size() < 3) return Fit_Data_Status::Too_Few_Rows;
+  const auto [t_lo, t_hi] = std::minmax_element(fit.Data_T.begin(), fit.Data_T.end());
+  const auto [y_lo, y_hi] = std::minmax_element(fit.Data_Y.begin(), fit.Data_Y.end());
+  if (*t_lo == *t_hi || *y_lo == *y_hi) return Fit_Data_Status::All_Alike;
+  const Relax_Start start = Relax_Start_Values(fit.Data_T, fit.Data_Y, previous_k);
+  fit.Start_Value = start.value;
+  fit.Step_Value = start.step;
+  fit.Tol_Value = start.tol;
+  fit.First_Point = 0;
+  fit.Last_Point = static_cast<int32_t>(pairs.size()) - 1;
+  return Fit_Data_Status::Ready;
+}
+
+Relax_Limits Series_Limits(const Relax_Fit& fit) {
+  Relax_Limits l;
+  l.X_Max = fit.Data_T.empty() ? 1 : fit.Data_T.back();
+  l.Y_Max = 0;
+  for (std::size_t j = 0; j < fit.Data_T.size() && j < fit.Data_Y.size(); ++j) {
+    l.X_Min = std::min(l.X_Min, fit.Data_T[j]);
+    l.X_Max = std::max(l.X_Max, fit.Data_T[j]);
+    l.Y_Min = std::min(l.Y_Min, fit.Data_Y[j]);
+    l.Y_Max = std::max(l.Y_Max, fit.Data_Y[j]);
+  }
+  if (l.X_Max <= l.X_Min) l.X_Max = l.X_Min + 1;
+  if (l.Y_Max <= l.Y_Min) l.Y_Max = l.Y_Min + 1;
+  return l;
+}
+
+void T1Cal_Form2_OK(Relax_Limits& limits, const std::string& x_min, const std::string& x_max,
+                    const std::string& y_min, const std::string& y_max) {
+  double a = 0, b = 0;
+  if (display::Parse_Number(x_min, a) && display::Parse_Number(x_max, b) && a < b) {
+    limits.X_Min = static_cast<float>(a);
+    limits.X_Max = static_cast<float>(b);
+  }
+  if (display::Parse_Number(y_min, a) && display::Parse_Number(y_max, b)) {
+    limits.Y_Min = static_cast<float>(a);
+    limits.Y_Max = static_cast<float>(b);
+  }
 }
 
 int32_t Nearest_Point(std::span<const float> t, float delay) {

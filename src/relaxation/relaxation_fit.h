@@ -14,6 +14,10 @@
 
 #include "relaxation/simplex.h"
 
+namespace tevo {
+struct Session;
+}
+
 namespace tevo::relaxation {
 
 enum Relax_Param { Relax_A0 = 0, Relax_K = 1, Relax_B = 2 };
@@ -55,6 +59,40 @@ struct Relax_Fit {
 // fewer than two points the simplex is not run. Ends with the curve built
 // from the last trial point and the best vertex's criterion.
 void Run_Relax_Fit(Relax_Fit& fit, const std::function<bool(const Simplex_State&)>& go_on = {});
+
+// What a new choice of the measured quantity leaves to fit.
+enum class Fit_Data_Status {
+  Ready,  // data, start values and the whole range are set
+  Too_Few_Rows,  // fewer than three rows
+  All_Alike,  // every delay or every intensity the same
+};
+
+// The data of a choice in Combo1: `selection` becomes Array_Selection, its
+// intensities (0 the sum over region_first..region_last, counted from 1 and
+// 0 when none; k the height of peak k) Intensity_Pairs and Data_T/Data_Y;
+// the curve and the simplex are cleared. When the series can be fitted, the range becomes the whole series
+// and Start_Value, Step_Value, Tol_Value take the start values (k from
+// `previous_k` when no pair counts); Fix_Flag stays. `first_entry` extracts
+// as the menu command does (largest magnitude from 0.1, equal delays kept in
+// their order), otherwise as a new selection does.
+Fit_Data_Status Select_Fit_Data(Session& s, int32_t selection, int32_t region_first, int32_t region_last,
+                                bool first_entry, float previous_k, Relax_Fit& fit);
+
+// The limits of the window's plot: delay in s, normalised intensity.
+struct Relax_Limits {
+  float X_Min = 0, X_Max = 1, Y_Min = 0, Y_Max = 1;
+};
+
+// The limits a series is shown with: delay from 0 to the last delay,
+// intensity over the data, each widened to take in every point (and to a
+// width of 1 when there is none).
+Relax_Limits Series_Limits(const Relax_Fit& fit);
+
+// T1Cal_Form2 on "OK": the delay pair is taken only when the lower is below
+// the upper, the intensity pair as it is typed. A value that is not a number
+// leaves its pair as it was.
+void T1Cal_Form2_OK(Relax_Limits& limits, const std::string& x_min, const std::string& x_max,
+                    const std::string& y_min, const std::string& y_max);
 
 // The model from the trial point at Curve_Steps + 1 equally spaced delays
 // from the first to the last point in use.

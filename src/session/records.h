@@ -209,6 +209,12 @@ struct Structure_Rec {
   bool operator==(const Structure_Rec&) const = default;
 };
 
+// One row of a relaxation series: its delay and the intensity taken out.
+struct Intensity_Pair {
+  float t = 0;  // delay, s
+  float y = 0;  // intensity, normalised by the largest magnitude
+};
+
 // One source pair of an array assembled from single files.
 struct Source_Pair {
   std::string Data_Name, Param_Name;

@@ -69,6 +69,12 @@ struct Session {
   std::string Delay_Axis_Label;  // relaxation axis label with markup: \i(t)\-((name)) / s
   std::string Array_Row_Names;  // row-name text stored with the values
   std::vector<Source_Pair> Array_Sources;  // files an array was built from, current first
+  // How the rows of an array FID are kept, chosen in NMR1D_Form20 at the
+  // read: DEPT rows to overlays, kept as an array (else rows as overlays),
+  // sorted by delay (0 read order, 1 ascending, 2 descending).
+  int16_t Array_Read_Dept = 0, Array_Read_Array = 1, Array_Sort = 0;
+  int16_t Array_Selection = 0;  // what the T1/T2 fit measures: 0 the region's sum, k peak k
+  std::vector<Intensity_Pair> Intensity_Pairs;  // the series of that choice, sorted by delay
 
   // ---- point arrays, addressed (point, row), capacity + 1 points ----
   int32_t Point_Capacity = 0;

@@ -8,6 +8,9 @@
 #include <QCheckBox>
 #include <QApplication>
 #include <QDir>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
 #include <QImage>
 #include <QLabel>
 #include <QRegularExpression>
@@ -59,6 +62,7 @@
 #include "slot_edit_window.h"
 #include "spectrum_view.h"
 #include <QTreeWidget>
+#include "relaxation/array_data.h"
 #include "signal/fid_processing.h"
 #include "app_support.h"
 #include "support/test_support.h"
@@ -1136,8 +1140,63 @@ TEST(RelaxWindow, InversionRecoveryFitsOnOpeningAChoiceAndAgainWithKHeld) {
   EXPECT_EQ(field(3)->text(), "1.2");
   EXPECT_FLOAT_EQ(relax->Fit().State.Trial[tevo::relaxation::Relax_K], 1.2f);
   EXPECT_NE(field(0)->text().toStdString(), a0);
+  // 表示範囲の変更 (T1Cal_Form2): the plot from 0.2 to 3 s and -1 to 1.
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "T1Cal_Form2"; }, [](QWidget& w) {
+    const char* values[] = {"0.2", "3", "-1", "1"};
+    for (int i = 0; i < 4; ++i) w.findChild<QLineEdit*>(QString("Text%1").arg(i + 1))->setText(values[i]);
+    Save_Shot(&w, "T1Cal_Form2");
+    w.findChild<QPushButton*>("Command1")->click();
+  });
+  relax->findChild<QAction*>("m30")->trigger();
+  relax->Limits(x0, x1, y0, y1);
+  EXPECT_EQ(std::vector<float>({x0, x1, y0, y1}), std::vector<float>({0.2f, 3.0f, -1.0f, 1.0f}));
   Save_Shot(relax, "relax_window");
   relax->close();
+}
+
+TEST(RelaxWindow, FilesDroppedTogetherOpenAsOneSeriesAndComeBackFromTheRecentList) {
+  App();
+  Started_Window started;
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
+  s.settings.Set("T1 INDIV FILE", 1);
+  window.Refresh_State();
+  EXPECT_TRUE(window.Action("NM1D_m111")->isVisible());
+  const std::string fid =
+      tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string();
+  // NMR1D_Form21 answered with the last row, then 完 了 in the FID window.
+  const auto answer = [] {
+    tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form21"; }, [](QWidget& w) {
+      Save_Shot(&w, "NMR1D_Form21");
+      w.findChild<QRadioButton*>("Option2")->setChecked(true);
+      w.findChild<QPushButton*>("Command1")->click();
+    });
+    Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  };
+  answer();
+  QMimeData mime;
+  mime.setUrls({QUrl::fromLocalFile(QString::fromStdString(fid)), QUrl::fromLocalFile(QString::fromStdString(fid))});
+  QDropEvent drop(QPointF(200, 200), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+  // Straight to the window's handler: outside a real drag the application
+  // does not deliver a drop.
+  static_cast<QObject&>(window).event(&drop);
+  ASSERT_EQ(s.Array_Rows, 2);
+  EXPECT_EQ(s.Is_Spectrum, 1);
+  const std::string joined = s.settings.Recent_Files.front();
+  EXPECT_EQ(joined, tevo::relaxation::Join_Individual_Paths({fid, fid}));
+
+  // One file, then the series again from its entry, now the second.
+  s.Data_Saved = 1;
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  ASSERT_EQ(window.Open(fid), 0);
+  ASSERT_EQ(s.Array_Rows, 1);
+  s.Data_Saved = 1;
+  answer();
+  window.findChild<QAction*>("RecentFile1")->trigger();
+  EXPECT_EQ(s.Array_Rows, 2);
+  EXPECT_EQ(s.settings.Recent_Files.front(), joined);
+  s.Data_Saved = 1;
+  EXPECT_TRUE(window.Try_Exit());
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "datafiles/open_routes.h"
 #include "datafiles/recognition.h"
 #include "platform/ui.h"
+#include "relaxation/array_data.h"
 #include "session/session.h"
 #include "support/test_support.h"
 
@@ -203,6 +204,51 @@ TEST_F(Read_Frame, OverlaysAskedOnceAndKeptOnRequest) {
   EXPECT_EQ(Read_Routed(s, r, Test_Route(Good_Reader, Check_Empty_Kind, true)), 1);
   EXPECT_EQ(ui.shown.back().text, "Non NMR Data !");
   EXPECT_EQ(s.Param.COMNT, "new data.tst");
+}
+
+TEST_F(Open_Fixture, IndividualFilesBecomeOneArrayInTheirOrder) {
+  // Three one-row spectra, each saved with the delay it was measured at.
+  const std::vector<float> delays{2.0f, 0.1f, 0.5f};
+  std::vector<std::string> paths;
+  for (int k = 0; k < 3; ++k) {
+    Session one;
+    one.ui = &ui;
+    one.Log_Mode = -1;
+    Fill_Spectrum(one, "row " + std::to_string(k), k + 1.0f);
+    one.Delay_Linear = 1;
+    one.Delay_Start = delays[static_cast<size_t>(k)];
+    paths.push_back((dir / ("r" + std::to_string(k) + ".tv1")).string());
+    ASSERT_EQ(Write_Native(one, paths.back()), 0);
+  }
+  const std::string joined = relaxation::Join_Individual_Paths(paths);
+  EXPECT_EQ(joined, dir.path().string() + "|r0.tv1|r1.tv1|r2.tv1");
+  EXPECT_EQ(relaxation::Split_Individual_Paths(joined), paths);
+  // A file of another folder keeps its whole path.
+  EXPECT_EQ(relaxation::Split_Individual_Paths(relaxation::Join_Individual_Paths({paths[0], "/elsewhere/x.tv1"})),
+            (std::vector<std::string>{paths[0], "/elsewhere/x.tv1"}));
+
+  const auto expect_set = [&] {
+    ASSERT_EQ(s.Array_Rows, 3);
+    EXPECT_EQ(s.Delay_List, delays);
+    EXPECT_EQ(s.Delay_Linear, 0);
+    for (size_t r = 0; r < 3; ++r) EXPECT_FLOAT_EQ(s.Spec_Re(7, r), 7.0f * static_cast<float>(r + 1)) << r;
+  };
+  ASSERT_EQ(NM1D_m111_Click(s, {joined, {}}), 0);
+  expect_set();
+  EXPECT_EQ(s.Open_Name, paths[0]);
+  EXPECT_EQ(s.settings.Recent_Files.front(), joined);  // reopened from the list in the window's test
+
+  // A file of other points does not join: the set in memory stays.
+  Session odd;
+  odd.ui = &ui;
+  Fill_Spectrum(odd, "odd", 1.0f);
+  Alloc_Point_Arrays(odd, 16);
+  odd.Spec_Points = odd.Param.POINT = 16;
+  ASSERT_EQ(Write_Native(odd, (dir / "odd.tv1").string()), 0);
+  s.Data_Saved = 1;
+  EXPECT_EQ(NM1D_m111_Click(s, {dir.path().string() + "|r0.tv1|odd.tv1", {}}), 1);
+  EXPECT_EQ(ui.shown.back().text, "Dataが違います");
+  expect_set();
 }
 
 TEST(Reset_Session_Data, ClearsTheDataKeepsTheProgram) {

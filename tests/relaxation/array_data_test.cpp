@@ -6,6 +6,7 @@
 #include "datafiles/open_file.h"
 #include "datafiles/quiet_session.h"
 #include "relaxation/array_data.h"
+#include "relaxation/relaxation_fit.h"
 #include "signal/fid_processing.h"
 #include "support/test_support.h"
 
@@ -78,6 +79,21 @@ TEST(ArrayData, RegionSumsAndPeakHeightsNormalisedAndOrderedByDelay) {
   Session e = Rows({0.1f, 0.1f});
   EXPECT_EQ(Extract_Intensities(e, 0, 1, 1, 0.1f, false)[0].y, 0.5f);
   EXPECT_EQ(Extract_Intensities(e, 0, 1, 1, 0.1f, true)[0].y, 1.0f);
+
+  // The fit's data: the same series with its start values over all three
+  // rows (B the last, A0 the first less B); two rows, or one delay for all,
+  // leave nothing to fit.
+  Relax_Fit fit;
+  ASSERT_EQ(Select_Fit_Data(s, 0, 2, 5, true, 1.0f, fit), Fit_Data_Status::Ready);
+  EXPECT_EQ(fit.Data_T, (std::vector<float>{0.1f, 0.2f, 0.3f}));
+  EXPECT_FLOAT_EQ(fit.Start_Value[Relax_B], 4 / 12.0f);
+  EXPECT_FLOAT_EQ(fit.Start_Value[Relax_A0], (-3 - 4) / 12.0f);
+  EXPECT_EQ(fit.Start_Value[Relax_K], 1.0f);  // no inner pair: the previous k
+  EXPECT_EQ(fit.Last_Point, 2);
+  EXPECT_EQ(s.Intensity_Pairs.size(), 3u);
+  Session two = Rows({0.1f, 0.2f}), alike = Rows({0.1f, 0.1f, 0.1f});
+  EXPECT_EQ(Select_Fit_Data(two, 0, 1, 1, true, 1.0f, fit), Fit_Data_Status::Too_Few_Rows);
+  EXPECT_EQ(Select_Fit_Data(alike, 0, 1, 1, false, 1.0f, fit), Fit_Data_Status::All_Alike);
 
   // The printed list: region sums over the largest of them.
   const std::vector<double> list = Array_List_Values(s, 2, 5);
@@ -176,7 +192,24 @@ TEST(ArrayCommit, RowsBecomeOverlaysOrAreSortedByDelayKeepingTheirSpectra) {
   EXPECT_NE(sorted.s.Array_Rows, 10);
 }
 
-TEST(ArrayCommit, StackPlacementTakesOnlyValuesInsideItsLimits) {
+TEST(ArrayCommit, IndividualFidsAreTransformedTogetherWithThePhaseOfTheChosenRow) {
+  // The same FID twice: NMR1D_Form21 picks the last row to phase, and both
+  // rows come out of the transform alike.
+  test::Quiet_Session q;
+  const std::string fid = test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string();
+  q.ui.choice_answers.push_back(1);  // "一番最後のデータ(T1)"
+  ASSERT_EQ(datafiles::NM1D_m111_Click(q.s, {Join_Individual_Paths({fid, fid}), {}}), 0);
+  ASSERT_EQ(q.s.Array_Rows, 2);
+  EXPECT_EQ(q.s.Array_Row, 1);
+  EXPECT_EQ(q.s.Is_Fid, 1);
+  signal::Process_Report report;
+  ASSERT_EQ(signal::Process_Fid(q.s, {}, report), 0);
+  ASSERT_EQ(q.s.Array_Rows, 2);
+  EXPECT_TRUE(Same_Row(q.s, 0, q.s, 1));
+  EXPECT_GT(q.s.Max_Abs, 1.0f);
+}
+
+TEST(ArrayCommit, StackPlacementAndPlotLimitsTakeOnlyValuesInsideTheirRules) {
   Session s;
   NMR1D_Form32_OK(s, "-0.3", "0");
   EXPECT_FLOAT_EQ(static_cast<float>(s.settings.Real("X AXIS RATIO")), -0.3f);
@@ -189,6 +222,19 @@ TEST(ArrayCommit, StackPlacementTakesOnlyValuesInsideItsLimits) {
   NMR1D_Form32_OK(s, "0.99", "0.5");
   EXPECT_FLOAT_EQ(static_cast<float>(s.settings.Real("X AXIS RATIO")), 0.99f);
   EXPECT_FLOAT_EQ(static_cast<float>(s.settings.Real("Y AXIS RATIO")), 0.5f);
+
+  // The plot of the T1/T2 window: a delay pair only lower below upper, an
+  // intensity pair whatever its order.
+  Relax_Limits l;
+  T1Cal_Form2_OK(l, "3", "3", "0.5", "-1");
+  EXPECT_EQ(l.X_Min, 0.0f);
+  EXPECT_EQ(l.X_Max, 1.0f);
+  EXPECT_EQ(l.Y_Min, 0.5f);
+  EXPECT_EQ(l.Y_Max, -1.0f);
+  T1Cal_Form2_OK(l, "0.25", "4", "x", "1");
+  EXPECT_EQ(l.X_Min, 0.25f);
+  EXPECT_EQ(l.X_Max, 4.0f);
+  EXPECT_EQ(l.Y_Min, 0.5f);
 }
 
 }  // namespace
