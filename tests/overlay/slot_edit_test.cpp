@@ -3,12 +3,17 @@
 // written back into the slot with its row fields kept.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
+#include "datafiles/native_sample.h"
+#include "display/paint.h"
 #include "display/style.h"
+#include "editing/baseline.h"
 #include "editing/peaks.h"
 #include "overlay/overlay_set.h"
 #include "overlay/slot_edit.h"
+#include "platform/recording_surface.h"
 #include "platform/ui.h"
 #include "session/command_flow.h"
 #include "session/session.h"
@@ -26,6 +31,9 @@ TEST(Slot_Edit, AspirinSlotPhasedAndPickedGoesBackIntoTheSlot) {
   s.ui = &ui;
   s.App_Path = dir.path().string();
   s.Log_Mode = -1;
+  test::Fill_Sample_Session(s);  // a main spectrum the editing must not touch
+  const std::vector<float> main_points(s.Spec_Re.Row(0).begin(), s.Spec_Re.Row(0).end());
+  const std::vector<Peak_Rec> main_peaks = s.Peaks;
   s.X_Left = 9.0f;
   s.X_Right = 1.0f;
   const std::string dx = test::Test_Data_File("jcamp-data-test@0.2.1/data/aspirin-1h.dx").string();
@@ -91,6 +99,33 @@ TEST(Slot_Edit, AspirinSlotPhasedAndPickedGoesBackIntoTheSlot) {
   EXPECT_EQ(o.Slot_Colour, 0x00A0FF);
   EXPECT_EQ(o.Slot_Comment, "aspirin");
   EXPECT_EQ(o.Slot_File, before.Slot_File);
+
+  // The slot's peaks are marked in the main plot (a 10-pixel stroke in the
+  // slot's colour above each) only while its peak column is checked.
+  const auto marks = [&s] {
+    platform::RecordingSurface surf(1000, 600);
+    display::Picture1_Paint(s, surf);
+    int n = 0;
+    for (const platform::Recorded_Op& op : surf.Ops())
+      n += op.kind == platform::Recorded_Op::Kind::Line_To && op.colour == 0x00A0FF && op.from.x == op.at.x &&
+           op.at.y - op.from.y == 10;
+    return n;
+  };
+  const int plain = marks();  // the trace itself may hold such a stroke
+  ASSERT_TRUE(Set_Slot_Show_Peaks(s, slot, true));
+  EXPECT_GE(marks() - plain, 10);
+
+  // A baseline corrected in the editor changes the slot's points; the main
+  // spectrum and its peaks are what they were.
+  Session b = Session_From_Slot(s, slot);
+  ASSERT_TRUE(editing::m23_Click(b));
+  ASSERT_GT(editing::Base_Auto_Points(b), 2);
+  editing::BaseCorCommand2_Click(b);
+  const std::vector<float> phased = o.Slot_Y;
+  Slot_Back_From_Session(s, slot, b, o);
+  EXPECT_NE(o.Slot_Y, phased);
+  EXPECT_TRUE(std::equal(main_points.begin(), main_points.end(), s.Spec_Re.Row(0).begin()));
+  EXPECT_EQ(s.Peaks, main_peaks);
 
   // Replace: "No" keeps the working data; "Yes" reads the file anew.
   Overlay_Slot row = before;
