@@ -24,6 +24,14 @@ float Setting_Or(const Session& s, const char* key, float fallback) {
   const auto v = static_cast<float>(s.settings.Real(key));
   return v > 0 ? v : fallback;
 }
+
+// A step or tolerance of the fit as the settings hold it; one never set
+// (0, as a settings file of an earlier version stores it) is the key's
+// default, since a zero step would leave its parameter where it started.
+float Fit_Setting(const Session& s, const char* key) {
+  static const session::Settings defaults;
+  return Setting_Or(s, key, static_cast<float>(defaults.Real(key)));
+}
 }  // namespace
 
 float Sim_Axis0(const Session& s) { return s.Spec_Axis.empty() ? 0.0f : s.Spec_Axis[0]; }
@@ -176,13 +184,13 @@ Sim_Curve Calc_Simulation(const Session& s, const Sim_State& st, double left, do
 }
 
 std::array<float, 4> Sim_Fit_Steps(const Session& s) {
-  return {static_cast<float>(s.settings.Real("SIM HENDOU POS")), static_cast<float>(s.settings.Real("SIM HENDOU WIDTH")),
-          static_cast<float>(s.settings.Real("SIM HENDOU HEIGH")), static_cast<float>(s.settings.Real("SIM HENDOU FUNC"))};
+  return {Fit_Setting(s, "SIM HENDOU POS"), Fit_Setting(s, "SIM HENDOU WIDTH"), Fit_Setting(s, "SIM HENDOU HEIGH"),
+          Fit_Setting(s, "SIM HENDOU FUNC")};
 }
 
 std::array<float, 4> Sim_Fit_Tols(const Session& s) {
-  return {static_cast<float>(s.settings.Real("SIM CRITIC POS")), static_cast<float>(s.settings.Real("SIM CRITIC WIDTH")),
-          static_cast<float>(s.settings.Real("SIM CRITIC HEIGH")), static_cast<float>(s.settings.Real("SIM CRITIC FUNC"))};
+  return {Fit_Setting(s, "SIM CRITIC POS"), Fit_Setting(s, "SIM CRITIC WIDTH"), Fit_Setting(s, "SIM CRITIC HEIGH"),
+          Fit_Setting(s, "SIM CRITIC FUNC")};
 }
 
 void Sim_Prepare_Fit(const Session& s, const Sim_State& st, Line_Fit& fit) {

@@ -70,6 +70,12 @@ TEST(LineEdit, ClicksRangeUndoAndTheResidualOfAnExactLine) {
   ASSERT_EQ(st.Peaks.Sim_Peak_Count, 2);
   EXPECT_FLOAT_EQ(st.Peaks.Peak_Height[0], 0.4f);  // the higher ppm first
   EXPECT_FLOAT_EQ(st.Peaks.Peak_Width[0], 1.0f);  // the shared start width
+  // A settings file of an earlier version holds 0 for the fit's steps: the
+  // fit would not move. Such a step is the key's default.
+  s.settings.Set("SIM HENDOU POS", 0.0);
+  s.settings.Set("SIM HENDOU WIDTH", 0.5);
+  EXPECT_FLOAT_EQ(Sim_Fit_Steps(s)[0], 0.001f);
+  EXPECT_FLOAT_EQ(Sim_Fit_Steps(s)[1], 0.5f);
   EXPECT_FALSE(Sim_Delete_Near(s, st, ppm(320), 0.01));
   EXPECT_TRUE(Sim_Delete_Near(s, st, ppm(301), 0.02));
   EXPECT_EQ(Sim_Undo_Caption(st.Undo), "UnDo(ピークの削除)");
