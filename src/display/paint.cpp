@@ -16,6 +16,7 @@
 #include "editing/reference.h"
 #include "overlay/difference.h"
 #include "overlay/overlay_set.h"
+#include "overlay/slot_edit.h"
 #include "session/number_text.h"
 #include "session/session.h"
 
@@ -328,7 +329,8 @@ namespace {
 
 // Overlay slot k over the main spectrum, with its offset, full scale and
 // colour, moved sideways by the slant; a slot with its peak column checked
-// gets a short mark above each of its peaks.
+// gets a short mark above each of its peaks, one with its integral column
+// checked its integral curves.
 void Draw_Slot(const Session& s, Surface& surf, const Plot_Frame& f, int k) {
   const Overlay_Slot& o = s.Overlay[static_cast<std::size_t>(k)];
   const overlay::Slot_Trace t = overlay::Drawn_Slot(s, k);
@@ -338,8 +340,21 @@ void Draw_Slot(const Session& s, Surface& surf, const Plot_Frame& f, int k) {
   const Colour colour = overlay::Slot_Colour(s, k);
   Draw_Overlay_Trace(s, surf, t.x, t.y, t.points, left, right, f.Frame_Left, f.Frame_Right, t.full,
                      o.Slot_Y_Offset, f.Frame_Base, f.Frame_Top, f.Frame_Bottom, colour);
-  // Peak marks go with the slot's own trace, not with a DEPT sub-spectrum.
-  if (o.Slot_Show_Peaks != 1 || left == right || t.y.data() != o.Slot_Y.data()) return;
+  if (left == right || t.y.data() != o.Slot_Y.data()) return;  // a DEPT sub-spectrum has no lists
+  // With its integral column checked, the slot's integral curves: the slot
+  // as a spectrum of its own (as the overlay editor sees it) through the
+  // main integral drawing, raised with the slot's offset.
+  if (o.Slot_Show_Integrals == 1 && !o.Slot_Integrals.empty()) {
+    Session w = overlay::Session_From_Slot(s, k);
+    const int lift = Round_Pixel(Y_To_Pixel(0, f.Frame_Base, f.Frame_Top, t.full, o.Slot_Y_Offset)) - f.Frame_Base;
+    for (int i = 0; i < static_cast<int>(w.Integrals.size()); ++i) {
+      editing::Calc_Integral(w, i);
+      Draw_Integral_Curve(w, surf, i, colour, left, right, f.Frame_Left, f.Frame_Right, f.Frame_Top + lift,
+                          f.Frame_Base + lift, f.Pixel_Per_Point, false);
+    }
+  }
+  // Peak marks go with the slot's own trace.
+  if (o.Slot_Show_Peaks != 1) return;
   const double full = t.full;
   surf.Set_Pen(platform::Pen_Style::Solid, 1, colour);
   const auto n = static_cast<int32_t>(std::min({o.Slot_X.size(), o.Slot_Y.size(), static_cast<std::size_t>(o.Slot_Points)}));

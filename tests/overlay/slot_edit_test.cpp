@@ -10,6 +10,7 @@
 #include "display/paint.h"
 #include "display/style.h"
 #include "editing/baseline.h"
+#include "editing/integrals.h"
 #include "editing/peaks.h"
 #include "overlay/overlay_set.h"
 #include "overlay/slot_edit.h"
@@ -102,15 +103,16 @@ TEST(Slot_Edit, AspirinSlotPhasedAndPickedGoesBackIntoTheSlot) {
 
   // The slot's peaks are marked in the main plot (a 10-pixel stroke in the
   // slot's colour above each) only while its peak column is checked.
-  const auto marks = [&s] {
+  const auto strokes = [&s](bool marks_only) {
     platform::RecordingSurface surf(1000, 600);
     display::Picture1_Paint(s, surf);
     int n = 0;
     for (const platform::Recorded_Op& op : surf.Ops())
-      n += op.kind == platform::Recorded_Op::Kind::Line_To && op.colour == 0x00A0FF && op.from.x == op.at.x &&
-           op.at.y - op.from.y == 10;
+      n += op.kind == platform::Recorded_Op::Kind::Line_To && op.colour == 0x00A0FF &&
+           (!marks_only || (op.from.x == op.at.x && op.at.y - op.from.y == 10));
     return n;
   };
+  const auto marks = [&strokes] { return strokes(true); };
   const int plain = marks();  // the trace itself may hold such a stroke
   ASSERT_TRUE(Set_Slot_Show_Peaks(s, slot, true));
   EXPECT_GE(marks() - plain, 10);
@@ -126,6 +128,20 @@ TEST(Slot_Edit, AspirinSlotPhasedAndPickedGoesBackIntoTheSlot) {
   EXPECT_NE(o.Slot_Y, phased);
   EXPECT_TRUE(std::equal(main_points.begin(), main_points.end(), s.Spec_Re.Row(0).begin()));
   EXPECT_EQ(s.Peaks, main_peaks);
+
+  // An integral made in the editor is drawn in the main plot in the slot's
+  // colour while the slot's integral column is checked.
+  Session g = Session_From_Slot(s, slot);
+  const int32_t a = editing::Spec_Point_Of_Ppm(g, 2.4f), z = editing::Spec_Point_Of_Ppm(g, 2.2f);
+  Integ_Rec methyl;
+  methyl.Start_Point = std::min(a, z);
+  methyl.End_Point = std::max(a, z);
+  g.Integrals = {methyl};
+  Slot_Back_From_Session(s, slot, g, o);
+  ASSERT_EQ(o.Slot_Integrals.size(), 1u);
+  const int without = strokes(false);
+  ASSERT_TRUE(Set_Slot_Show_Integrals(s, slot, true));
+  EXPECT_GT(strokes(false), without + 5);
 
   // Replace: "No" keeps the working data; "Yes" reads the file anew.
   Overlay_Slot row = before;
