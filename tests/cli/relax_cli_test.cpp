@@ -8,6 +8,8 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "datafiles/native.h"
+#include "datafiles/native_sample.h"
 #include "support/test_support.h"
 
 namespace tevo {
@@ -62,6 +64,47 @@ TEST(RelaxCli, InversionRecoveryLinesFitToTheLeastSquaresOptimum) {
   EXPECT_EQ(test::Run_Cli({"--home", home, "relax", fid, "--peak", "2.3"}).exit_code, 1);
   EXPECT_EQ(test::Run_Cli({"--home", home, "relax", series}).exit_code, 2);
   EXPECT_EQ(test::Run_Cli({"--home", home, "relax", series, "--peak", "1", "--fix", "T=3"}).exit_code, 2);
+}
+
+// Array native files built here: twelve rows of one Lorentzian line whose
+// height follows a known law in the delay. The region sum over the whole
+// spectrum is proportional to the height, so the fit must return T.
+TEST(RelaxCli, ArrayFilesOfKnownRelaxationGiveTBack) {
+  test::Temp_Dir dir;
+  struct Law {
+    const char* kind;
+    double a0, b, T;
+  };
+  for (const Law& law : {Law{"inversion recovery", -2, 1, 1.3}, Law{"saturation recovery", -1, 1, 0.45},
+                         Law{"T2 decay", 1, 0, 2.2}}) {
+    SCOPED_TRACE(law.kind);
+    platform::Scripted_Ui ui;
+    Session s;
+    test::Quiet_Session(s, ui);
+    test::Fill_Sample_Session(s);
+    s.Array_Rows = 12;
+    s.Array_Sources.clear();
+    s.Array_Row_Names.clear();
+    s.Peaks.clear();
+    s.Integrals.clear();
+    Alloc_Point_Arrays(s, s.Param.POINT);
+    s.Delay_List.clear();
+    s.Delay_Raw.clear();
+    for (int32_t r = 0; r < s.Array_Rows; ++r) {
+      const double t = 0.02 * std::pow(1.6, r);
+      s.Delay_List.push_back(static_cast<float>(t));
+      s.Delay_Raw.push_back(static_cast<float>(t));
+      const double h = 1000 * (law.a0 * std::exp(-t / law.T) + law.b);
+      for (int32_t i = 0; i < s.Param.POINT; ++i) s.Spec_Re(i, r) = static_cast<float>(h / (1 + std::pow((i - 500) / 4.0, 2)));
+    }
+    const std::string path = (dir / "series.tv1").string();
+    ASSERT_EQ(datafiles::Write_Native(s, path), 0);
+    const auto run = test::Run_Cli({"--home", (dir / "home").string(), "relax", path, "--region", "-1000,1000", "--json"});
+    ASSERT_EQ(run.exit_code, 0);
+    const auto j = nlohmann::json::parse(run.out);
+    EXPECT_TRUE(j["converged"].get<bool>());
+    EXPECT_NEAR(1.0 / j["k"].get<double>(), law.T, 0.01 * law.T);
+  }
 }
 
 }  // namespace
