@@ -48,6 +48,7 @@
 #include "menu_tree.h"
 #include "operator_dialog.h"
 #include "overlay_window.h"
+#include "page_form.h"
 #include "relax_window.h"
 #include "parameter_dialog.h"
 #include "phase_panel.h"
@@ -277,6 +278,10 @@ void Main_Window::Connect_Commands() {
   connect(Action("m292"), &QAction::triggered, this, &Main_Window::On_Parameters);
   connect(Action("m27"), &QAction::triggered, this, &Main_Window::On_Overlays);
   connect(Action("m52"), &QAction::triggered, this, &Main_Window::On_Relaxation);
+  connect(Action("m14_1"), &QAction::triggered, this, [this] {
+    Page_Form form(session_, this);
+    form.exec();
+  });
   for (const session::Layer_Switch& l : session::Layer_Switches()) {
     Action(l.id)->setCheckable(true);
     connect(Action(l.id), &QAction::triggered, this, [this, l] {

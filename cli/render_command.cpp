@@ -160,7 +160,7 @@ void Register_Render(CLI::App& app, Context& ctx) {
     platform::Probe_Font_Table();
     if (page_mode) {
       if (paper_code > 0) display::Store_Setting(s, "PAPER SIZE", paper_code);
-      if (!page::Page_Fits_Sheet(page::Read_Page_Setup(s))) page::Standard_Page_Places(s);
+      page::Keep_Page_On_Sheet(s);
       const page::Page_Setup sheet = page::Read_Page_Setup(s);
       st = platform::Render_To_File(out, page::Sheet_Pixels(sheet.Paper_Width, dpi),
                                     page::Sheet_Pixels(sheet.Paper_Height, dpi), dpi,

@@ -198,6 +198,19 @@ void Draw_Overlays(const Session& s, platform::Surface& surf, const display::Plo
   }
 }
 
+// "Shift" at the frame's upper right when the overlays are drawn slanted.
+void Mark_Shift(const Session& s, platform::Surface& surf, const Page_Geometry& g) {
+  bool shown = false;
+  for (int k = 1; k < overlay::Overlay_Rows; ++k)
+    shown = shown || (s.Overlay[static_cast<std::size_t>(k)].Slot_Show == 1 &&
+                      s.Overlay[static_cast<std::size_t>(k)].Slot_Points > 0);
+  if (!shown || s.Overlay_Shift == 0) return;
+  const Font_Rec font = Gothic(9);
+  const double w = Measure_Markup(surf, "Shift", font, g.Scale);
+  Draw_Markup(surf, 1, "Shift", g.Frame.Right - w - 0.2 * g.Kx, g.Frame.Top + 0.2 * g.Ky, 0, 0, 0, 0,
+              font, g.Scale);
+}
+
 void Draw_Parameter_Block(const Session& s, platform::Surface& surf, const Page_Geometry& g) {
   const Pixel_Rect& r = g.Para;
   if (On(s, "PARA WAKU"))
@@ -427,6 +440,7 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
   if (loaded && On(s, "DRAW MULTI VIEW")) display::Draw_Insets(s, surf, f, screen);
   surf.Set_Raster_Op(Raster_Op::Copy);
   if (param_on) Draw_Parameter_Block(s, surf, g);
+  if (loaded && On(s, "DRAW MULTI SPEC")) Mark_Shift(s, surf, g);
   if (On(s, "DRAW COMMENT")) Draw_Comment(s, surf, g, axis_bottom);
   if (On(s, "PRINT TEXT")) {
     Draw_Texts(s, surf, g);

@@ -167,6 +167,12 @@ void Standard_Page_Places(Session& s) {
   }
 }
 
+bool Keep_Page_On_Sheet(Session& s) {
+  if (Page_Fits_Sheet(Read_Page_Setup(s))) return false;
+  Standard_Page_Places(s);
+  return true;
+}
+
 int Check_Printer_Paper(Session& s, double printer_width_mm, double printer_height_mm) {
   const Page_Setup p = Read_Page_Setup(s);
   // Papers a hair apart (A4 against the driver's rounding) count as the same.

@@ -95,6 +95,10 @@ bool Page_Fits_Sheet(const Page_Setup& p);
 // sheet when there are 4 cm free there, otherwise in the frame's upper left.
 void Standard_Page_Places(Session& s);
 
+// Standard_Page_Places when the frame or the block would leave the sheet
+// of the settings; true when the places changed.
+bool Keep_Page_On_Sheet(Session& s);
+
 // The message when the printer's paper (mm, as the printer holds it) is
 // smaller than the sheet of the settings; returns 0 when it fits, 1 after
 // the message.

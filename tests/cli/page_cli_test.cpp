@@ -9,6 +9,8 @@
 
 #include "datafiles/native.h"
 #include "datafiles/quiet_session.h"
+#include "display/view_commands.h"
+#include "editing/peaks.h"
 #include "page/page_model.h"
 #include "support/test_support.h"
 
@@ -79,6 +81,15 @@ TEST(PageCli, AspirinPageAsPdfAndPngAndANativeFilesText) {
     region.Start_Point = 100;
     region.End_Point = 200;
     q.s.Integrals = {region, region};
+    Line_Rec arrow;
+    arrow.X1 = 0.45f, arrow.Y1 = 0.15f, arrow.X2 = 0.6f, arrow.Y2 = 0.3f;
+    arrow.Kind = 5;
+    arrow.Width = 3;
+    q.s.Lines.push_back(arrow);
+    Build_Disp_Arrays(q.s, 0);
+    display::View_After_Load(q.s);
+    editing::Peak_Search_All(q.s);
+    ASSERT_GT(q.s.Peaks.size(), 5u);
     ASSERT_EQ(datafiles::Write_Native(q.s, native.string()), 0);
   }
   const fs::path a3 = dir / "a3.pdf";
@@ -88,6 +99,8 @@ TEST(PageCli, AspirinPageAsPdfAndPngAndANativeFilesText) {
     EXPECT_NE(a3_bytes.find(code), std::string::npos) << code;
   // A3 portrait, 297 x 420 mm, is 842 x 1191 points.
   EXPECT_NE(a3_bytes.find("/MediaBox [0 0 842"), std::string::npos);
+  ASSERT_EQ(render(native.string(), dir / "a3.png", {"--paper", "A3", "--dpi", "60"}), 0);
+  fs::copy_file(dir / "a3.png", keep / "aspirin_page_a3.png", fs::copy_options::overwrite_existing);
 
   // The peak list (searched, the FID has none) on A4 takes one page, on the
   // small "A4 Half" several; the native file's two regions make an
