@@ -86,6 +86,10 @@ class Page_Ink final : public platform::Surface {
                                   int weight) override {
     return t_.Text_Extent(text, font, height_px, weight);
   }
+  bool Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
+                    bool white_clear) override {
+    return t_.Draw_Picture(x, y, w, h, bytes, white_clear);
+  }
   void Clear() override { t_.Clear(); }
   void Keep_Picture() override {}
   void Drop_Picture() override {}
@@ -443,6 +447,12 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
   if (loaded && On(s, "DRAW MULTI SPEC")) Mark_Shift(s, surf, g);
   if (On(s, "DRAW COMMENT")) Draw_Comment(s, surf, g, axis_bottom);
   if (On(s, "PRINT TEXT")) {
+    // Pictures first, in their order, then texts and lines over them. A
+    // picture the surface cannot show (a metafile for now) is left out.
+    for (const Image_Rec& p : s.Images)
+      surf.Draw_Picture(g.Frame_X(p.Left), g.Frame_Y(p.Top),
+                        Round_Pixel(p.Width * (g.Frame.Right - g.Frame.Left)),
+                        Round_Pixel(p.Height * (g.Frame.Bottom - g.Frame.Top)), p.Body, false);
     Draw_Texts(s, surf, g);
     for (const Line_Rec& l : s.Lines) Draw_Page_Line(surf, g, l);
   }

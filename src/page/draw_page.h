@@ -1,6 +1,6 @@
 // The page: one routine paints the whole sheet (spectrum frame with its
 // axis, integrals, overlays, peak values and insets, the parameter block,
-// the comment, free texts and lines) onto any surface. The surface's size
+// the comment, pictures, free texts and lines) onto any surface. The surface's size
 // and the window of the sheet it shows set the scale; preview, bitmap, PDF,
 // SVG and printer all come through here.
 #pragma once
