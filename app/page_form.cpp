@@ -70,8 +70,12 @@ void Page_Form::Repaint_Sheet() {
 }
 
 int Page_Form::Print_On(QPrinter& printer) {
-  const page::Page_Setup p = page::Read_Page_Setup(session_);
-  printer.setPageOrientation(p.Orient == 1 ? QPageLayout::Landscape : QPageLayout::Portrait);
+  const page::Page_Setup before = page::Read_Page_Setup(session_);
+  const int orient = page::Choose_Print_Orientation(
+      session_, printer.pageLayout().orientation() == QPageLayout::Landscape ? 1 : 0);
+  if (orient < 0) return 1;
+  printer.setPageOrientation(orient == 1 ? QPageLayout::Landscape : QPageLayout::Portrait);
+  if (orient != before.Orient) Repaint_Sheet();
   double w = 0, h = 0;
   platform::Printer_Paper_mm(printer, w, h);
   if (page::Check_Printer_Paper(session_, w, h) != 0) return 1;

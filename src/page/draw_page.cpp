@@ -16,6 +16,7 @@
 #include "overlay/overlay_set.h"
 #include "page/markup.h"
 #include "page/parameter_block.h"
+#include "page/print_lists.h"
 #include "session/session.h"
 
 namespace tevo::page {
@@ -404,6 +405,17 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
   if (param_on && Setting_Int(s, "PARA BGCOL TRANS", 0) == 0)
     Fill(surf, g.Para, Setting_Colour(s, "PARAMETER BGCOL", White));
 
+  // The peak list's rectangle counts in parts of the frame, up from its bottom.
+  const bool list_on = On(s, "PEAK LIST TABLE");
+  const double fw = g.Frame.Right - g.Frame.Left, fh = g.Frame.Bottom - g.Frame.Top;
+  const double list_top = g.Frame.Bottom - fh * Setting_Num(s, "PEAK LIST TOP", 1);
+  const double list_left = g.Frame.Left + fw * Setting_Num(s, "PEAK LIST LEFT", 0);
+  const Pixel_Rect list{Round_Pixel(list_left), Round_Pixel(list_top),
+                        Round_Pixel(list_left + fw * Setting_Num(s, "PEAK LIST WIDTH", 0.3)),
+                        Round_Pixel(list_top + fh * Setting_Num(s, "PEAK LIST HEIGHT", 0.5))};
+  if (list_on && Setting_Int(s, "PEAK BGCOL TRANS", 0) == 0)
+    Fill(surf, list, Setting_Colour(s, "PEAK LIST BGCOL", White));
+
   display::Plot_Frame f = Page_Frame(g);
   int axis_bottom = g.Zero_Y;
   const bool loaded = s.Spec_Points > 0 && s.Disp_Points > 0 && !s.Disp_Y.Empty() &&
@@ -444,6 +456,12 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
   if (loaded && On(s, "DRAW MULTI VIEW")) display::Draw_Insets(s, surf, f, screen);
   surf.Set_Raster_Op(Raster_Op::Copy);
   if (param_on) Draw_Parameter_Block(s, surf, g);
+  if (list_on) {
+    if (On(s, "PEAK LIST WAKU"))
+      Outline(surf, list, g.Line_Width(Setting_Num(s, "PEAK WAKU WIDTH", 1)),
+              Setting_Colour(s, "PEAK WAKU COL", 0));
+    if (loaded) Draw_Page_Peak_List(s, surf, list.Left, list.Top, list.Right, list.Bottom, g.Scale);
+  }
   if (loaded && On(s, "DRAW MULTI SPEC")) Mark_Shift(s, surf, g);
   if (On(s, "DRAW COMMENT")) Draw_Comment(s, surf, g, axis_bottom);
   if (On(s, "PRINT TEXT")) {

@@ -173,6 +173,20 @@ bool Keep_Page_On_Sheet(Session& s) {
   return true;
 }
 
+int Choose_Print_Orientation(Session& s, int printer_orient) {
+  const int setting = Setting_Int(s, "PAPER ORIENT", 0) == 1 ? 1 : 0;
+  if (printer_orient == setting) return setting;
+  auto state = [](int orient) { return std::string(orient == 1 ? "横置" : "縦置"); };
+  const int pick = s.ui->Choose("印刷方向",
+                                "プリンター印刷方向と設定が異なります。\nプリンター: " + state(printer_orient) +
+                                    "\n設定: " + state(setting),
+                                {"プリンターの設定を使う", "ユーザー(現)の設定を使う"}, 1);
+  if (pick < 0) return -1;
+  if (pick == 1) return setting;
+  display::Store_Setting(s, "PAPER ORIENT", printer_orient);
+  return printer_orient;
+}
+
 int Check_Printer_Paper(Session& s, double printer_width_mm, double printer_height_mm) {
   const Page_Setup p = Read_Page_Setup(s);
   // Papers a hair apart (A4 against the driver's rounding) count as the same.

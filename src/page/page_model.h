@@ -99,6 +99,13 @@ void Standard_Page_Places(Session& s);
 // of the settings; true when the places changed.
 bool Keep_Page_On_Sheet(Session& s);
 
+// The printer's orientation (0 portrait, 1 landscape) against "PAPER
+// ORIENT": when they differ the operator chooses "プリンターの設定を使う"
+// (the setting takes the printer's) or "ユーザー(現)の設定を使う" (the
+// printer turns to the setting). Returns the orientation to print in, or -1
+// when the choice is cancelled.
+int Choose_Print_Orientation(Session& s, int printer_orient);
+
 // The message when the printer's paper (mm, as the printer holds it) is
 // smaller than the sheet of the settings; returns 0 when it fits, 1 after
 // the message.

@@ -30,18 +30,27 @@ struct Table {
   std::vector<std::vector<std::string>> rows;
 };
 
-// Paints page `pg.page` of a table; true when more pages follow.
-bool Print_Table(const Session& s, platform::Surface& surf, const List_Page& pg, const Table& t) {
-  const Font_Rec font = List_Font(s);
-  const double k = pg.scale;
+// Where a table goes: a rectangle in pixels, its font and whether the head
+// block is written.
+struct Table_Place {
+  double left = 0, top = 0, right = 0, bottom = 0;
+  Font_Rec font;
+  bool head = true;
+};
+
+// Paints page `page` of a table inside its place; true when more pages
+// follow.
+bool Print_Table(const Session& s, platform::Surface& surf, const Table_Place& place, double k,
+                 int page, const Table& t) {
+  const Font_Rec& font = place.font;
   const double h = Measure_Text(surf, "X", font, k).Text_H;
   const double p = k * font.Size * 1.07;
-  const double left = pg.margin + 2 * h;
-  double y = pg.margin;
+  const double left = place.left + 2 * h;
+  double y = place.top;
   auto line = [&](const std::string& markup, double x) {
     Draw_Markup(surf, 1, markup, x, y, 0, 0, 0, 0, font, k);
   };
-  if (Setting_Int(s, "PRNT LIST HEAD", 1) == 1) {
+  if (place.head) {
     line(Plain_To_Inner("File:  " + s.Param.Data_File, font.Charset), left);
     y += p;
     line(Plain_To_Inner("Comment:  " + s.Param.COMNT, font.Charset), left);
@@ -63,8 +72,8 @@ bool Print_Table(const Session& s, platform::Surface& surf, const List_Page& pg,
   }
   for (std::size_t c = 0; c < t.columns.size(); ++c) line(t.columns[c].head, x[c]);
   y += 1.5 * p;
-  const int per_page = std::max(1, static_cast<int>((surf.Height() - pg.margin - y) / p));
-  const std::size_t first = static_cast<std::size_t>(pg.page) * static_cast<std::size_t>(per_page);
+  const int per_page = std::max(1, static_cast<int>((place.bottom - y) / p));
+  const std::size_t first = static_cast<std::size_t>(page) * static_cast<std::size_t>(per_page);
   for (std::size_t r = first; r < t.rows.size() && r < first + static_cast<std::size_t>(per_page); ++r) {
     for (std::size_t c = 0; c < t.rows[r].size() && c < x.size(); ++c) {
       const std::string& v = t.rows[r][c];
@@ -74,6 +83,13 @@ bool Print_Table(const Session& s, platform::Surface& surf, const List_Page& pg,
     y += p;
   }
   return first + static_cast<std::size_t>(per_page) < t.rows.size();
+}
+
+// The place of a list page: the sheet inside its margin, the list font.
+Table_Place Sheet_Place(const Session& s, const platform::Surface& surf, const List_Page& pg) {
+  return {static_cast<double>(pg.margin), static_cast<double>(pg.margin),
+          static_cast<double>(surf.Width() - pg.margin), static_cast<double>(surf.Height() - pg.margin),
+          List_Font(s), Setting_Int(s, "PRNT LIST HEAD", 1) == 1};
 }
 
 bool Proton(const Session& s) { return s.Param.OBNUC == "1H"; }
@@ -92,13 +108,16 @@ Font_Rec List_Font(const Session& s) {
   return f;
 }
 
-bool Print_Peak_List(Session& s, platform::Surface& surf, const List_Page& pg) {
+namespace {
+
+// The compact peak table with the columns whose switches (No., ppm, Hz,
+// Height, Amp.) are on.
+Table Peak_Table(Session& s, const char* const (&keys)[5]) {
   const bool khz = s.Axis_Unit == 2, h1 = Proton(s);
   const char* ppm_format = h1 ? "###0.0000" : "####0.00";
   const char* freq_format = khz ? (h1 ? "###0.00000" : "####0.0000") : (h1 ? "######0.00" : "#######0.0");
-  const bool on[] = {Setting_Int(s, "PRNT LIST NO", 1) == 1, Setting_Int(s, "PRNT LIST PPM", 1) == 1,
-                     Setting_Int(s, "PRNT LIST HZ", 1) == 1, Setting_Int(s, "PRNT LIST HEIGHT", 1) == 1,
-                     Setting_Int(s, "PRNT LIST INTENS", 1) == 1};
+  bool on[5];
+  for (int c = 0; c < 5; ++c) on[c] = Setting_Int(s, keys[c], 1) == 1;
   const Column all[] = {{"\\< No.", "1234", ""},
                         {"\\< ppm", "12345678", h1 ? ".1234" : ".123"},
                         {khz ? "\\< kHz" : "\\< Hz", "1234567890", khz ? (h1 ? ".12345" : ".1234") : (h1 ? ".12" : ".1")},
@@ -116,7 +135,32 @@ bool Print_Peak_List(Session& s, platform::Surface& surf, const List_Page& pg) {
       if (on[c]) row.push_back(cells[c]);
     t.rows.push_back(std::move(row));
   }
-  return Print_Table(s, surf, pg, t);
+  return t;
+}
+
+}  // namespace
+
+bool Print_Peak_List(Session& s, platform::Surface& surf, const List_Page& pg) {
+  static const char* const keys[5] = {"PRNT LIST NO", "PRNT LIST PPM", "PRNT LIST HZ", "PRNT LIST HEIGHT",
+                                      "PRNT LIST INTENS"};
+  return Print_Table(s, surf, Sheet_Place(s, surf, pg), pg.scale, pg.page, Peak_Table(s, keys));
+}
+
+void Draw_Page_Peak_List(Session& s, platform::Surface& surf, int left, int top, int right,
+                         int bottom, double scale) {
+  static const char* const keys[5] = {"PRNT PEAKLIST NO", "PRNT PAEK PPM", "PRNT PEAK HZ",
+                                      "PRNT PEAK HEIGHT", "PRNT PEAK INTENS"};
+  Font_Rec font;
+  font.Face = display::Setting_Text(s, "PEAKLIST FONT", "");
+  if (font.Face.empty()) font.Face = Fonts().Default_Font;
+  font.Size = static_cast<float>(display::Setting_Num(s, "PEAKL FONT SIZE", 0));
+  if (!(font.Size > 0)) font.Size = 9;
+  font.Bold = static_cast<int16_t>(Setting_Int(s, "PEAKL FONT BOLD", 0));
+  font.Italic = static_cast<int16_t>(Setting_Int(s, "PEAKL FONT ITAL", 0));
+  Check_Font(font);
+  const Table_Place place{left + 0.0, top + 0.0, right + 0.0, bottom + 0.0, font,
+                          Setting_Int(s, "PRNT PEAK HEAD", 1) == 1};
+  Print_Table(s, surf, place, scale, 0, Peak_Table(s, keys));
 }
 
 bool Print_Integral_List(Session& s, platform::Surface& surf, const List_Page& pg) {
@@ -148,7 +192,7 @@ bool Print_Integral_List(Session& s, platform::Surface& surf, const List_Page& p
                       Format_Number(editing::Integ_Shown_Value(s, i), "#####0.000"),
                       Format_Number(r.B0, "###0.0#####"), Format_Number(r.B1, "###0.0#####")});
   }
-  return Print_Table(s, surf, pg, t);
+  return Print_Table(s, surf, Sheet_Place(s, surf, pg), pg.scale, pg.page, t);
 }
 
 }  // namespace tevo::page

@@ -34,6 +34,12 @@ Font_Rec List_Font(const Session& s);
 // switches choose. Returns true when more pages follow.
 bool Print_Peak_List(Session& s, platform::Surface& surf, const List_Page& page);
 
+// The peak list of the page inside its rectangle (pixels), in the font
+// "PEAKLIST FONT" with the "PRNT PEAK ..." columns and head block; rows
+// that do not fit are left out.
+void Draw_Page_Peak_List(Session& s, platform::Surface& surf, int left, int top, int right,
+                         int bottom, double scale);
+
 // The integral list under "\< List of Integral Intensity": number, start and
 // end in ppm and in Hz (kHz), the value, B0 and B1.
 bool Print_Integral_List(Session& s, platform::Surface& surf, const List_Page& page);

@@ -95,6 +95,24 @@ TEST(Page, FrameAndBlockInPixelsAtThreeHundredDpi) {
 
 }
 
+TEST(Page, PrinterOrientationAgainstTheSetting) {
+  Page_Session ps;
+  // Printer landscape, setting portrait: asked once; "ユーザー(現)の設定を使う"
+  // prints portrait and keeps the setting.
+  ps.ui.choice_answers = {1, 0, -1};
+  EXPECT_EQ(Choose_Print_Orientation(ps.s, 1), 0);
+  EXPECT_EQ(ps.ui.choice_answers.size(), 2u);
+  EXPECT_EQ(ps.s.settings.Int("PAPER ORIENT"), 0);
+  // "プリンターの設定を使う": the setting turns landscape; then they agree and
+  // nothing is asked.
+  EXPECT_EQ(Choose_Print_Orientation(ps.s, 1), 1);
+  EXPECT_EQ(ps.s.settings.Int("PAPER ORIENT"), 1);
+  EXPECT_EQ(Choose_Print_Orientation(ps.s, 1), 1);
+  EXPECT_EQ(ps.ui.choice_answers.size(), 1u);
+  // Cancelled: no print.
+  EXPECT_EQ(Choose_Print_Orientation(ps.s, 0), -1);
+}
+
 TEST(Page, DashesFollowTheTableAndCarryTheirPhase) {
   RecordingSurface r(2000, 100);
   double phase = 0;
@@ -236,7 +254,7 @@ TEST(Page, ParameterLinesTakeTagsCaptionsAndUnits) {
   EXPECT_TRUE(rows[2].value.empty());
 }
 
-TEST(Page, PeakListPagesAndDecimalPoints) {
+TEST(Page, PeakListPagesDecimalPointsAndThePagesList) {
   Page_Session ps;
   Session& s = ps.s;
   Alloc_Point_Arrays(s, 1024);
@@ -282,6 +300,32 @@ TEST(Page, PeakListPagesAndDecimalPoints) {
   for (const Recorded_Op& op : r.Ops_Of(Recorded_Op::Kind::Text_Out))
     if (op.text == "10.1000") x_ten = op.at.x;
   EXPECT_EQ(x_ten, x_small - 5);
+
+  // On the page (no axis, no parameter block: no other numbers), the list
+  // fills its rectangle (parts of the frame, up from its bottom) and stops
+  // there: frame 1 .. 19 cm across, 15.2 .. 27.2 cm
+  // down; the list from 2.8 cm across and 16.4 cm down, 5.4 x 2.4 cm.
+  for (const auto& [key, v] : {std::pair{"PAPER SIZE", 9.0}, {"X-LEFT MARGIN", 1.0}, {"X-LENGTH", 18.0},
+                               {"Y-BOTTOM MARGIN", 2.5}, {"Y-LENGTH", 12.0}, {"PEAK LIST TABLE", 1.0},
+                               {"PEAK LIST LEFT", 0.1}, {"PEAK LIST TOP", 0.9}, {"PEAK LIST WIDTH", 0.3},
+                               {"PEAK LIST HEIGHT", 0.2}, {"DRAW SCALE ON", 0.0}, {"DRAW PARAM ON", 0.0}})
+    ps.Set(key, v);
+  s.X_Left = 12.8f;
+  s.X_Right = 0;
+  r.Forget_Ops();
+  Draw_Page(s, r);
+  const double k = 72 / 2.54;
+  std::vector<std::string> listed;
+  for (const Recorded_Op& op : r.Ops_Of(Recorded_Op::Kind::Text_Out)) {
+    if (op.text.find_first_not_of("0123456789") != std::string::npos || op.at.x > 5 * k) continue;
+    listed.push_back(op.text);
+    EXPECT_GT(op.at.x, 2.8 * k);
+    EXPECT_GT(op.at.y, 16.4 * k);
+    EXPECT_LT(op.at.y, 18.8 * k);
+  }
+  // 2.4 cm = 68 px less the head block and the column heads (4 rows of
+  // 9.6 px): three rows.
+  EXPECT_EQ(listed, (std::vector<std::string>{"1", "2", "3"}));
 }
 
 }  // namespace
