@@ -125,24 +125,17 @@ void Outline(platform::Surface& surf, const Pixel_Rect& r, int width, Colour col
   surf.Line_To(r.Left, r.Top);
 }
 
-// A print font from its four keys; a key left empty or 0 keeps the
-// fallback's value.
-Font_Rec Print_Font(const Session& s, const char* stem, const char* italic_key, Font_Rec font) {
-  const std::string k(stem);
-  const std::string face = display::Setting_Text(s, k + " NAME", "");
-  if (!face.empty()) font.Face = face;
-  if (const double size = Setting_Num(s, k + " SIZE", 0); size > 0) font.Size = static_cast<float>(size);
-  font.Bold = static_cast<int16_t>(Setting_Int(s, k + " BOLD", font.Bold));
-  font.Italic = static_cast<int16_t>(Setting_Int(s, italic_key, font.Italic));
-  Check_Font(font);
-  return font;
-}
-
 Font_Rec Gothic(float size) {
   Font_Rec f;
   f.Face = display::Gothic_Face;
   f.Size = size;
   return f;
+}
+
+// The font of the parameter block and the comment.
+Font_Rec Para_Font(const Session& s) {
+  return Print_Font(s, "PARA FONT NAME", "PARA FONT SIZE", "PARA FONT BOLD", "PARA FONT ITALIC",
+                    Gothic(10));
 }
 
 // The spectrum frame of the page as the plot routines take it.
@@ -221,7 +214,7 @@ void Draw_Parameter_Block(const Session& s, platform::Surface& surf, const Page_
   if (On(s, "PARA WAKU"))
     Outline(surf, r, g.Line_Width(Setting_Num(s, "PARA WAKU WIDTH", 1)),
             Setting_Colour(s, "PARA WAKU COL", 0));
-  const Font_Rec font = Print_Font(s, "PARA FONT", "PARA FONT ITALIC", Gothic(10));
+  const Font_Rec font = Para_Font(s);
   const Colour colour = Setting_Colour(s, "PARAMETER COL", 0);
   const double pad = 0.2 * g.Kx, em = font.Size * g.Scale;
   const std::vector<Parameter_Row> rows = Parameter_Rows(s);
@@ -248,7 +241,7 @@ void Draw_Parameter_Block(const Session& s, platform::Surface& surf, const Page_
 void Draw_Comment(const Session& s, platform::Surface& surf, const Page_Geometry& g,
                   int axis_bottom) {
   if (s.Param.COMNT.empty()) return;
-  const Font_Rec font = Print_Font(s, "PARA FONT", "PARA FONT ITALIC", Gothic(10));
+  const Font_Rec font = Para_Font(s);
   const std::string place = display::Setting_Text(s, "COMMENT POSIT", "");
   const double h = font.Size * g.Scale * 1.1, x = g.Frame.Left + 0.3 * g.Kx;
   double y = g.Frame.Top + 0.3 * g.Ky;
@@ -430,7 +423,8 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
     }
     if (On(s, "DRAW SCALE ON")) {
       display::Axis_Style axis = display::Main_Axis_Style(s);
-      axis.font = Print_Font(s, "AXIS FONT", "AXIS FONT ITALIC", axis.font);
+      axis.font = Print_Font(s, "AXIS FONT NAME", "AXIS FONT SIZE", "AXIS FONT BOLD",
+                             "AXIS FONT ITALIC", axis.font);
       axis.width = g.Line_Width(Setting_Num(s, "DRAW WIDTH AXIS", 1));
       display::Draw_Axis_Styled(surf, axis, lim.left, lim.right, f.Frame_Left, f.Frame_Right,
                                 g.Axis_Y, axis_bottom, g.Scale);
@@ -447,7 +441,8 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
     Outline(surf, g.Frame, g.Line_Width(Setting_Num(s, "DRAW WIDTH WAKU", 1)), ps.Frame_Colour);
   if (loaded && On(s, "DRAW PEAK PICK")) {
     display::Peak_Label_Style st = display::Main_Peak_Label_Style(s);
-    st.font = Print_Font(s, "PEAK DATA", "PEAK DATA ITALIC", st.font);
+    st.font = Print_Font(s, "PEAK DATA FONT", "PEAK DATA SIZE", "PEAK DATA BOLD",
+                         "PEAK DATA ITALIC", st.font);
     st.line_width = g.Line_Width(Setting_Num(s, "DRAW WIDTH PEAK", 1));
     display::Draw_Peak_Values(s, surf, st, s.X_Left, s.X_Right, f.Frame_Left, f.Frame_Right,
                               f.Frame_Top, f.Frame_Base, axis_bottom, Round_Pixel(0.25 * g.Ky),

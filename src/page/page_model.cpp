@@ -7,6 +7,7 @@
 
 #include "display/plot_geometry.h"
 #include "display/style.h"
+#include "page/fonts.h"
 #include "session/messages.h"
 #include "session/session.h"
 
@@ -95,6 +96,16 @@ Page_Setup Read_Page_Setup(const Session& s) {
   p.Frame_Colour = Setting_Colour(s, "WAKU COL", 0);
   p.Frame_Fill = Setting_Colour(s, "COL BG PRINT", 0xFFFFFF);
   return p;
+}
+
+Font_Rec Print_Font(const Session& s, const char* name_key, const char* size_key,
+                    const char* bold_key, const char* italic_key, Font_Rec font) {
+  if (std::string face = display::Setting_Text(s, name_key, ""); !face.empty()) font.Face = face;
+  if (const double size = Setting_Num(s, size_key, 0); size > 0) font.Size = static_cast<float>(size);
+  font.Bold = static_cast<int16_t>(Setting_Int(s, bold_key, font.Bold));
+  font.Italic = static_cast<int16_t>(Setting_Int(s, italic_key, font.Italic));
+  Check_Font(font);
+  return font;
 }
 
 Page_Window Whole_Sheet(const Page_Setup& p) { return {0, p.Paper_Width, 0, p.Paper_Height}; }

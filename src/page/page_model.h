@@ -52,6 +52,11 @@ struct Page_Setup {
 };
 Page_Setup Read_Page_Setup(const Session& s);
 
+// A print font from its four keys; an empty name or a size of 0 keeps the
+// fallback's, and the result is checked against the faces of the system.
+Font_Rec Print_Font(const Session& s, const char* name_key, const char* size_key,
+                    const char* bold_key, const char* italic_key, Font_Rec fallback);
+
 // The part of the sheet a surface shows, in cm from the sheet's top left.
 struct Page_Window {
   double Left = 0, Right = 0, Top = 0, Bottom = 0;

@@ -9,6 +9,7 @@
 #include "editing/integrals.h"
 #include "editing/peaks.h"
 #include "page/markup.h"
+#include "page/page_model.h"
 #include "session/number_text.h"
 #include "session/session.h"
 
@@ -98,14 +99,8 @@ bool Proton(const Session& s) { return s.Param.OBNUC == "1H"; }
 
 Font_Rec List_Font(const Session& s) {
   Font_Rec f;
-  f.Face = display::Setting_Text(s, "LISTS FONT NAME", "");
-  if (f.Face.empty()) f.Face = Fonts().Default_Font;
-  f.Size = static_cast<float>(display::Setting_Num(s, "LISTS FONT SIZE", 0));
-  if (!(f.Size > 0)) f.Size = 10;
-  f.Bold = static_cast<int16_t>(Setting_Int(s, "LISTS FONT BOLD", 0));
-  f.Italic = static_cast<int16_t>(Setting_Int(s, "LISTS FONT ITAL", 0));
-  Check_Font(f);
-  return f;
+  f.Face = Fonts().Default_Font;
+  return Print_Font(s, "LISTS FONT NAME", "LISTS FONT SIZE", "LISTS FONT BOLD", "LISTS FONT ITAL", f);
 }
 
 namespace {
@@ -151,13 +146,9 @@ void Draw_Page_Peak_List(Session& s, platform::Surface& surf, int left, int top,
   static const char* const keys[5] = {"PRNT PEAKLIST NO", "PRNT PAEK PPM", "PRNT PEAK HZ",
                                       "PRNT PEAK HEIGHT", "PRNT PEAK INTENS"};
   Font_Rec font;
-  font.Face = display::Setting_Text(s, "PEAKLIST FONT", "");
-  if (font.Face.empty()) font.Face = Fonts().Default_Font;
-  font.Size = static_cast<float>(display::Setting_Num(s, "PEAKL FONT SIZE", 0));
-  if (!(font.Size > 0)) font.Size = 9;
-  font.Bold = static_cast<int16_t>(Setting_Int(s, "PEAKL FONT BOLD", 0));
-  font.Italic = static_cast<int16_t>(Setting_Int(s, "PEAKL FONT ITAL", 0));
-  Check_Font(font);
+  font.Face = Fonts().Default_Font;
+  font.Size = 9;
+  font = Print_Font(s, "PEAKLIST FONT", "PEAKL FONT SIZE", "PEAKL FONT BOLD", "PEAKL FONT ITAL", font);
   const Table_Place place{left + 0.0, top + 0.0, right + 0.0, bottom + 0.0, font,
                           Setting_Int(s, "PRNT PEAK HEAD", 1) == 1};
   Print_Table(s, surf, place, scale, 0, Peak_Table(s, keys));
