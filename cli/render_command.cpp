@@ -94,7 +94,7 @@ void Register_Render(CLI::App& app, Context& ctx) {
   cmd->add_flag("--page", page_mode, "paint the printed sheet instead of the plot");
   cmd->add_option("--paper", paper, "paper of the sheet: A3, A4, A5, B4, B5, \"A4 Half\", \"A4 Full\"");
   cmd->add_option("--dpi", dpi, "pixels per inch of the sheet (default 300)")->check(CLI::Range(20.0, 1200.0));
-  cmd->callback([&ctx] {
+  cmd->callback([&ctx, cmd] {
     int w = 0, h = 0;
     double left = 0, right = 0;
     double x_ratio = 0, y_ratio = 0;
@@ -104,8 +104,8 @@ void Register_Render(CLI::App& app, Context& ctx) {
       ctx.exit_code = Exit_Usage;
       return;
     }
-    if (!page_mode && (!paper.empty() || dpi != 300)) {
-      std::cerr << "render: --paper and --dpi go with --page\n";
+    if (page_mode ? cmd->count("--size") > 0 : (!paper.empty() || dpi != 300)) {
+      std::cerr << "render: --paper and --dpi go with --page, --size without it\n";
       ctx.exit_code = Exit_Usage;
       return;
     }

@@ -178,6 +178,37 @@ void Standard_Page_Places(Session& s) {
   }
 }
 
+Bitmap_Size Copy_Size(int w, int h) {
+  w = std::abs(w), h = std::abs(h);
+  if (w < 2 || h < 2) return {};
+  const float aspect = static_cast<float>(h) / static_cast<float>(w);
+  double width = w, height = h;
+  if (w > Bitmap_Limit) {
+    width = Bitmap_Limit;
+    height = aspect * width;
+  }
+  if (height > Bitmap_Limit) {
+    height = Bitmap_Limit;
+    width = height / aspect;
+  }
+  return {Round_Pixel(width), Round_Pixel(height)};
+}
+
+Bitmap_Size Size_From_Width(int n, float aspect, int limit) {
+  n = std::clamp(n, 1, limit);
+  int other = Round_Pixel(n * static_cast<double>(aspect));
+  if (other > limit) {
+    other = limit;
+    n = Round_Pixel(limit / static_cast<double>(aspect));
+  }
+  return {n, other};
+}
+
+Bitmap_Size Size_From_Height(int n, float aspect, int limit) {
+  const Bitmap_Size turned = Size_From_Width(n, 1.0f / aspect, limit);
+  return {turned.height, turned.width};
+}
+
 bool Keep_Page_On_Sheet(Session& s) {
   if (Page_Fits_Sheet(Read_Page_Setup(s))) return false;
   Standard_Page_Places(s);

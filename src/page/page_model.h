@@ -100,6 +100,27 @@ bool Page_Fits_Sheet(const Page_Setup& p);
 // sheet when there are 4 cm free there, otherwise in the frame's upper left.
 void Standard_Page_Places(Session& s);
 
+// --- Bitmaps of a part of the sheet ---
+// Largest side of a bitmap export, and of the PNG export.
+inline constexpr int Bitmap_Limit = 2048, Png_Limit = 5000;
+
+struct Bitmap_Size {
+  int width = 0, height = 0;
+  bool operator==(const Bitmap_Size&) const = default;
+};
+
+// The size first offered for a copy range of w x h preview pixels: the range
+// itself, or, when a side passes Bitmap_Limit, scaled down with its aspect
+// (h / w, a 32-bit value) until neither does. A range under 2 pixels either
+// way is no range: 0 x 0.
+Bitmap_Size Copy_Size(int w, int h);
+
+// The size panel after one side was typed: n clamped to the limit, the
+// other side round(n x aspect) (or n / aspect), and when that passes the
+// limit it is the limit and n follows from it.
+Bitmap_Size Size_From_Width(int n, float aspect, int limit);
+Bitmap_Size Size_From_Height(int n, float aspect, int limit);
+
 // Standard_Page_Places when the frame or the block would leave the sheet
 // of the settings; true when the places changed.
 bool Keep_Page_On_Sheet(Session& s);

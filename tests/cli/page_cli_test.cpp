@@ -125,6 +125,7 @@ TEST(PageCli, AspirinPageAsPdfAndPngAndANativeFilesText) {
 
   // Unknown paper, or page options without --page: usage errors.
   EXPECT_EQ(render(fid, dir / "x.pdf", {"--paper", "Letter"}), 2);
+  EXPECT_EQ(render(fid, dir / "x.pdf", {"--size", "800x600"}), 2);
   EXPECT_EQ(test::Run_Cli({"--home", home, "render", fid, "-o", (dir / "x.png").string(), "--dpi", "100"}).exit_code, 2);
   EXPECT_FALSE(fs::exists(dir / "x.pdf"));
 }

@@ -95,6 +95,18 @@ TEST(Page, FrameAndBlockInPixelsAtThreeHundredDpi) {
 
 }
 
+TEST(Page, BitmapSizesKeepTheAspectUnderTheLimit) {
+  EXPECT_EQ(Copy_Size(3000, 1500), (Bitmap_Size{2048, 1024}));
+  EXPECT_EQ(Copy_Size(1000, -3000), (Bitmap_Size{683, 2048}));  // a range dragged upward
+  EXPECT_EQ(Copy_Size(800, 600), (Bitmap_Size{800, 600}));
+  EXPECT_EQ(Copy_Size(1, 600), Bitmap_Size{});
+  // Typed sides: 6000 on the PNG panel is 5000; the other side follows, and
+  // a side that would pass the limit pulls the typed one back.
+  EXPECT_EQ(Size_From_Width(6000, 0.5f, Png_Limit), (Bitmap_Size{5000, 2500}));
+  EXPECT_EQ(Size_From_Width(1500, 2.0f, Bitmap_Limit), (Bitmap_Size{1024, 2048}));
+  EXPECT_EQ(Size_From_Height(1000, 0.5f, Bitmap_Limit), (Bitmap_Size{2000, 1000}));
+}
+
 TEST(Page, PrinterOrientationAgainstTheSetting) {
   Page_Session ps;
   // Printer landscape, setting portrait: asked once; "ユーザー(現)の設定を使う"
