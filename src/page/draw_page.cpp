@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "display/array_stack.h"
 #include "display/axis.h"
 #include "display/insets.h"
 #include "display/paint.h"
@@ -410,6 +411,15 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
     Fill(surf, list, Setting_Colour(s, "PEAK LIST BGCOL", White));
 
   display::Plot_Frame f = Page_Frame(g);
+  // An array stack slants its rows across the frame as the plot does.
+  const bool array_view = s.Array_Rows > 1 && Setting_Int(s, "DISP ARRAY MODE", 0) != 0;
+  if (array_view) {
+    const display::Plot_Frame a = display::Make_Array_Frame(
+        g.Frame.Left, g.Frame.Right - g.Frame.Left, g.Frame.Top, g.Frame.Bottom - g.Frame.Top, g.Scale,
+        Setting_Num(s, "X AXIS RATIO", 0));
+    f.Frame_Left = a.Frame_Left, f.Frame_Right = a.Frame_Right;
+    f.Frame_Left_Last = a.Frame_Left_Last, f.Frame_Right_Last = a.Frame_Right_Last;
+  }
   int axis_bottom = g.Zero_Y;
   const bool loaded = s.Spec_Points > 0 && s.Disp_Points > 0 && !s.Disp_Y.Empty() &&
                       !s.Disp_X.empty() && s.X_Left != s.X_Right;
@@ -432,10 +442,16 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
     }
     if (On(s, "DRAW INTEG ON")) Draw_Integrals(s, surf, f, screen);
     const int spec_width = g.Line_Width(Setting_Num(s, "DRAW WIDTH SPEC", 1));
-    if (On(s, "DRAW MULTI SPEC")) Draw_Overlays(s, surf, f, spec_width);
-    Trace(surf, f, s.Disp_X, s.Disp_Y.Row(static_cast<std::size_t>(s.Row())), s.Disp_Points,
-          s.X_Left, s.X_Right, s.Y_Full_Scale, s.Y_Offset, Setting_Colour(s, "MAIN SPECT COL", 0),
-          spec_width);
+    const Colour main_colour = Setting_Colour(s, "MAIN SPECT COL", 0);
+    if (array_view) {
+      display::Draw_Spec_Array(s, surf, s.X_Left, s.X_Right, f.Frame_Left, f.Frame_Right,
+                               f.Frame_Left_Last, f.Frame_Right_Last, s.Y_Full_Scale, s.Y_Offset,
+                               f.Frame_Base, f.Frame_Top, f.Frame_Bottom, main_colour);
+    } else {
+      if (On(s, "DRAW MULTI SPEC")) Draw_Overlays(s, surf, f, spec_width);
+      Trace(surf, f, s.Disp_X, s.Disp_Y.Row(static_cast<std::size_t>(s.Row())), s.Disp_Points,
+            s.X_Left, s.X_Right, s.Y_Full_Scale, s.Y_Offset, main_colour, spec_width);
+    }
   }
   if (On(s, "DRAW WAKU ON"))
     Outline(surf, g.Frame, g.Line_Width(Setting_Num(s, "DRAW WIDTH WAKU", 1)), ps.Frame_Colour);

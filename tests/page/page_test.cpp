@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 
 #include "datafiles/quiet_session.h"
 #include "display/style.h"
@@ -249,6 +250,47 @@ TEST(Page, TextsLinesAndParameterBlockStandWhereThePageNumbersPutThem) {
   r.Forget_Ops();
   Draw_Page(ps.s, r);
   EXPECT_EQ(r.All_Text().find("J"), std::string::npos);
+}
+
+TEST(Page, AnArrayStackSlantsAcrossTheFrame) {
+  Page_Session ps;
+  Session& s = ps.s;
+  s.Array_Rows = 3;
+  Alloc_Point_Arrays(s, 256);
+  s.Spec_Points = 256;
+  for (int i = 0; i < 256; ++i) {
+    s.Spec_Axis[static_cast<std::size_t>(i)] = i * 0.01f;
+    for (std::size_t r = 0; r < 3; ++r) s.Spec_Re(static_cast<std::size_t>(i), r) = 0.5f;
+  }
+  Build_Disp_Arrays(s, 0);
+  s.Max_Abs = 1;
+  s.Y_Full_Scale = 1;
+  s.X_Left = s.Spec_Axis[255];
+  s.X_Right = 0;
+  for (const auto& [key, v] : {std::pair{"PAPER SIZE", 9.0}, {"X-LEFT MARGIN", 1.0}, {"X-LENGTH", 18.0},
+                               {"Y-BOTTOM MARGIN", 2.5}, {"Y-LENGTH", 12.0}, {"DISP ARRAY MODE", 1.0},
+                               {"X AXIS RATIO", 0.2}, {"Y AXIS RATIO", 0.5}, {"MAIN SPECT COL", 0x123456}})
+    ps.Set(key, v);
+  // 100 px per cm: the frame from 100 to 1900 px; with a ratio of 0.2 the
+  // first row spans 100 .. 1540, the second 280 .. 1720 and the last
+  // 460 .. 1900, each row flat at its own height.
+  RecordingSurface r(2100, 2970, 254);
+  Draw_Page(s, r);
+  std::map<int, std::pair<int, int>> rows;  // y -> x extent of level strokes
+  for (const Recorded_Op& op : r.Ops_Of(Recorded_Op::Kind::Line_To)) {
+    if (op.colour != 0x123456 || op.from.y != op.at.y) continue;
+    auto [it, fresh] = rows.try_emplace(op.at.y, std::min(op.from.x, op.at.x), std::max(op.from.x, op.at.x));
+    it->second.first = std::min({it->second.first, op.from.x, op.at.x});
+    it->second.second = std::max({it->second.second, op.from.x, op.at.x});
+  }
+  // Each row's own level stretch is there (its start joins the edge below it
+  // in a few pixels; the stack also draws joins and edges).
+  for (const auto& [first, last] : {std::pair{460, 1900}, {280, 1720}, {100, 1540}}) {
+    const bool found = std::any_of(rows.begin(), rows.end(), [&, first = first, last = last](const auto& row) {
+      return std::abs(row.second.first - first) <= 8 && std::abs(row.second.second - last) <= 2;
+    });
+    EXPECT_TRUE(found) << first << " .. " << last;
+  }
 }
 
 TEST(Page, ParameterLinesTakeTagsCaptionsAndUnits) {
