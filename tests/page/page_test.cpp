@@ -380,6 +380,23 @@ TEST(Page, PeakListPagesDecimalPointsAndThePagesList) {
   // 2.4 cm = 68 px less the head block and the column heads (4 rows of
   // 9.6 px): three rows.
   EXPECT_EQ(listed, (std::vector<std::string>{"1", "2", "3"}));
+
+  // Peak tops: 3 mm marks; the first peak's number moved 1 cm left and
+  // 0.5 cm up on its leader.
+  ps.Set("DRAW PEAK TOP", 1);
+  ps.Set("PEAK TOP NUM", 1);
+  s.Peaks[0].Label_Dx = -1;
+  s.Peaks[0].Label_Dy = 0.5f;
+  r.Forget_Ops();
+  Draw_Page(s, r);
+  std::vector<Recorded_Op> marks, leaders;
+  for (const Recorded_Op& op : r.Ops_Of(Recorded_Op::Kind::Line_To))
+    if (op.colour == 0x0000FF) (op.from.x == op.at.x ? marks : leaders).push_back(op);
+  ASSERT_FALSE(marks.empty());
+  EXPECT_NEAR(marks[0].from.y - marks[0].at.y, 0.3 * k, 1);
+  ASSERT_EQ(leaders.size(), 1u);
+  EXPECT_NEAR(leaders[0].at.x - leaders[0].from.x, -1 * k, 1);
+  EXPECT_NEAR(leaders[0].from.y - leaders[0].at.y, 0.5 * k, 1);
 }
 
 }  // namespace
