@@ -104,7 +104,7 @@ void Register_Render(CLI::App& app, Context& ctx) {
       ctx.exit_code = Exit_Usage;
       return;
     }
-    if (page_mode ? cmd->count("--size") > 0 : (!paper.empty() || dpi != 300)) {
+    if (page_mode ? cmd->count("--size") > 0 : cmd->count("--paper") + cmd->count("--dpi") > 0) {
       std::cerr << "render: --paper and --dpi go with --page, --size without it\n";
       ctx.exit_code = Exit_Usage;
       return;
