@@ -40,6 +40,7 @@
 #include "operator_dialog.h"
 #include "overlay_window.h"
 #include "line_window.h"
+#include "page_form.h"
 #include "relax_window.h"
 #include "parameter_dialog.h"
 #include "plot_widget.h"
@@ -184,6 +185,10 @@ void Main_Window::Connect_Commands() {
     connect(Action("m2101_" + std::to_string(n)), &QAction::triggered, this,
             [this, n] { Edit_Slot(overlay::Edit_Menu_Slot(n), "m21"); });
   }
+  connect(Action("m14_1"), &QAction::triggered, this, [this] {
+    Page_Form form(session_, this);
+    form.exec();
+  });
   for (const session::Layer_Switch& l : session::Layer_Switches()) {
     Action(l.id)->setCheckable(true);
     connect(Action(l.id), &QAction::triggered, this, [this, l] {

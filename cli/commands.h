@@ -64,6 +64,7 @@ void Register_Settings(CLI::App& app, Context& ctx);
 void Register_Info(CLI::App& app, Context& ctx);
 void Register_Process(CLI::App& app, Context& ctx);
 void Register_Render(CLI::App& app, Context& ctx);
+void Register_List(CLI::App& app, Context& ctx);
 void Register_Sample(CLI::App& app, Context& ctx);
 void Register_Peaks(CLI::App& app, Context& ctx);
 void Register_Integrate(CLI::App& app, Context& ctx);

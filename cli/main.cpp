@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
   tevo::cli::Register_Info(app, ctx);
   tevo::cli::Register_Process(app, ctx);
   tevo::cli::Register_Render(app, ctx);
+  tevo::cli::Register_List(app, ctx);
   tevo::cli::Register_Sample(app, ctx);
   tevo::cli::Register_Peaks(app, ctx);
   tevo::cli::Register_Integrate(app, ctx);

@@ -1,5 +1,6 @@
 // tevo1d-cli render PATH -o OUT.png|.bmp|.pdf|.svg [--size WxH] [--range LEFT,RIGHT]
 //                  [--overlay FILE ...] [--align chem|cent] [--stack [--ratio X,Y]]
+//                  [--page [--paper NAME] [--dpi N]]
 // The main window's plot of any data file the open command reads (a FID is
 // transformed first), painted by the window's own paint routine into an
 // image or a vector file, with the window's caption line at the top. Each
@@ -7,6 +8,10 @@
 // window's "読込" does, and drawn in that slot's colour and place. With
 // --stack an array data set is drawn as the window's array view, all rows
 // stacked by "X AXIS RATIO" and "Y AXIS RATIO" of the settings or by --ratio.
+// With --page the printed sheet is painted instead, by the page routine, at
+// --dpi pixels per inch on the paper of the settings or --paper: a native
+// file brings its texts, lines and page settings; when the frame or the
+// parameter block would leave the sheet, they take their standard places.
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -21,6 +26,7 @@
 #include "display/view_commands.h"
 #include "display/style.h"
 #include "overlay/slot_read.h"
+#include "page/draw_page.h"
 #include "signal/fid_processing.h"
 #ifdef TEVO_HAVE_QT
 #include "platform/qt/qt_output.h"
@@ -70,10 +76,12 @@ int Read_Overlays(Session& s, const std::vector<std::string>& files, overlay::Sl
 }  // namespace
 
 void Register_Render(CLI::App& app, Context& ctx) {
-  auto* cmd = app.add_subcommand("render", "paint the main plot of a data file into a picture");
+  auto* cmd = app.add_subcommand("render", "paint the main plot of a data file, or its printed page, into a picture");
   static std::string path, out, size = "1600x1000", range, align = "chem", ratio;
   static std::vector<std::string> overlays;
-  static bool stack = false;
+  static bool stack = false, page_mode = false;
+  static std::string paper;
+  static double dpi = 300;
   cmd->add_option("PATH", path, "data file")->required();
   cmd->add_option("-o,--output", out, "picture: .png, .bmp, .pdf or .svg")->required();
   cmd->add_option("--size", size, "width x height in pixels (default 1600x1000)");
@@ -83,13 +91,27 @@ void Register_Render(CLI::App& app, Context& ctx) {
       ->check(CLI::IsMember({"chem", "cent"}));
   cmd->add_flag("--stack", stack, "draw all rows of an array data set as a stack");
   cmd->add_option("--ratio", ratio, "X,Y shift of the last row of the stack, parts of the frame");
-  cmd->callback([&ctx] {
+  cmd->add_flag("--page", page_mode, "paint the printed sheet instead of the plot");
+  cmd->add_option("--paper", paper, "paper of the sheet: A3, A4, A5, B4, B5, \"A4 Half\", \"A4 Full\"");
+  cmd->add_option("--dpi", dpi, "pixels per inch of the sheet (default 300)")->check(CLI::Range(20.0, 1200.0));
+  cmd->callback([&ctx, cmd] {
     int w = 0, h = 0;
     double left = 0, right = 0;
     double x_ratio = 0, y_ratio = 0;
     if (!Parse_Size(size, w, h) || (!range.empty() && !Parse_Range(range, left, right)) ||
         (!ratio.empty() && (!Parse_Range(ratio, x_ratio, y_ratio) || std::fabs(x_ratio) >= 1))) {
       std::cerr << "render: bad --size, --range or --ratio\n";
+      ctx.exit_code = Exit_Usage;
+      return;
+    }
+    if (page_mode ? cmd->count("--size") > 0 : cmd->count("--paper") + cmd->count("--dpi") > 0) {
+      std::cerr << "render: --paper and --dpi go with --page, --size without it\n";
+      ctx.exit_code = Exit_Usage;
+      return;
+    }
+    const int paper_code = paper.empty() ? 0 : page::Paper_Code(paper);
+    if (paper_code < 0) {
+      std::cerr << "render: unknown paper " << paper << "\n";
       ctx.exit_code = Exit_Usage;
       return;
     }
@@ -136,12 +158,22 @@ void Register_Render(CLI::App& app, Context& ctx) {
 #ifdef TEVO_HAVE_QT
     platform::Ensure_Gui_Application();
     platform::Probe_Font_Table();
-    st = platform::Render_To_File(out, w, h, 96.0,
-                                  display::Setting_Colour(s, "COL BACKGROUND", 0xFFFFFF),
-                                  [&s](platform::Surface& surf) {
-                                    display::Picture1_Paint(s, surf);
-                                    display::Draw_Caption_Line(s, surf);
-                                  });
+    if (page_mode) {
+      if (paper_code > 0) display::Store_Setting(s, "PAPER SIZE", paper_code);
+      page::Keep_Page_On_Sheet(s);
+      const page::Page_Setup sheet = page::Read_Page_Setup(s);
+      st = platform::Render_To_File(out, page::Sheet_Pixels(sheet.Paper_Width, dpi),
+                                    page::Sheet_Pixels(sheet.Paper_Height, dpi), dpi,
+                                    sheet.Paper_Colour,
+                                    [&s](platform::Surface& surf) { page::Draw_Page(s, surf); });
+    } else {
+      st = platform::Render_To_File(out, w, h, 96.0,
+                                    display::Setting_Colour(s, "COL BACKGROUND", 0xFFFFFF),
+                                    [&s](platform::Surface& surf) {
+                                      display::Picture1_Paint(s, surf);
+                                      display::Draw_Caption_Line(s, surf);
+                                    });
+    }
     if (st != 0) std::cerr << "render: could not write " << out << "\n";
     ctx.exit_code = Exit_From_Status(st);
 #else

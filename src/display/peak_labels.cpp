@@ -84,7 +84,7 @@ std::vector<double> Peak_Reduction_Pos(std::span<const int> x, double W, int x0,
   return p;
 }
 
-void Draw_Peak_Labels(Session& s, platform::Surface& surf, const Plot_Frame& f, int axis_bottom) {
+Peak_Label_Style Main_Peak_Label_Style(const Session& s) {
   Peak_Label_Style st;
   st.font = Setting_Font(s, "DISP PDFONT", 9);
   st.digits = Setting_Int(s, "DISP PEAK DIGIT", 2);
@@ -94,6 +94,11 @@ void Draw_Peak_Labels(Session& s, platform::Surface& surf, const Plot_Frame& f, 
   st.text_colour = Setting_Colour(s, "DISP PEAK NUMCOL", 0);
   st.line_colour = Setting_Colour(s, "DISP PEAK COL", 0);
   st.line_width = Round_Pixel(Setting_Num(s, "DISP PEAK WIDTH", 1));
+  return st;
+}
+
+void Draw_Peak_Labels(Session& s, platform::Surface& surf, const Plot_Frame& f, int axis_bottom) {
+  const Peak_Label_Style st = Main_Peak_Label_Style(s);
   Draw_Peak_Values(s, surf, st, s.X_Left, s.X_Right, f.Frame_Left, f.Frame_Right, f.Frame_Top,
                    f.Frame_Base, axis_bottom, f.Frame_Bottom * 30 / 1200, f.Pixel_Per_Point);
 }

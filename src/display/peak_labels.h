@@ -39,6 +39,11 @@ struct Peak_Label_Style {
   int line_width = 1;
 };
 
+// The main plot's peak values from the settings: "DISP PDFONT", "DISP PEAK
+// DIGIT", "PEAK-VAL UNIT", "PEAK POSITION", "DISP PEAK NUMCOL", "DISP PEAK
+// COL", "DISP PEAK WIDTH".
+Peak_Label_Style Main_Peak_Label_Style(const Session& s);
+
 // Draws the values of the peaks that fall strictly inside x0..x1 for the
 // window left..right (ppm) with their leaders: above, the labels hang from
 // `top` and the leaders end 4 % of top..base below them; below, they start

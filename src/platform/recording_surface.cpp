@@ -128,6 +128,15 @@ Text_Size RecordingSurface::Text_Extent(std::string_view text, const Font_Rec& f
   return {static_cast<int>(std::lround(w)), static_cast<int>(std::lround(height_px))};
 }
 
+bool RecordingSurface::Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
+                                    bool white_clear) {
+  Recorded_Op& op = Add(Recorded_Op::Kind::Picture);
+  op.points = {{x, y}, {x + w, y + h}};
+  op.value = static_cast<int>(bytes.size());
+  op.width = white_clear ? 1 : 0;
+  return true;
+}
+
 void RecordingSurface::Clear() {
   pixels_ = kept_pixels_;
   Add(Recorded_Op::Kind::Clear).colour = bk_colour_;

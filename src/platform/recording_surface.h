@@ -32,6 +32,7 @@ struct Recorded_Op {
     Polygon,
     Set_Pixel,
     Text_Out,
+    Picture,
     Clear,
     Keep_Picture,
     Drop_Picture,
@@ -40,7 +41,7 @@ struct Recorded_Op {
   // Move_To, Set_Pixel, Text_Out: the point; Line_To: the end point.
   Point at;
   Point from;  // Line_To: the current position before the line
-  std::vector<Point> points;  // Polygon
+  std::vector<Point> points;  // Polygon; Picture: its top-left and bottom-right corners
   // Pen: style and width; Brush: hollow (0/1); Fill_Mode, Raster_Op,
   // Background_Mode: the enum's value.
   int value = 0;
@@ -86,6 +87,11 @@ class RecordingSurface : public Surface {
                 int angle_tenths = 0, int weight = 400) override;
   Text_Size Text_Extent(std::string_view text, const Font_Rec& font, double height_px,
                         int weight = 400) override;
+
+  // Records the rectangle (points), the byte count (value) and white_clear
+  // (width); reports the picture as drawn.
+  bool Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
+                    bool white_clear) override;
 
   void Clear() override;
   void Keep_Picture() override;

@@ -121,6 +121,17 @@ class Surface {
   virtual Text_Size Text_Extent(std::string_view text, const Font_Rec& font, double height_px,
                                 int weight = 400) = 0;
 
+  // --- Pictures ---
+  // Draws a picture given as the bytes of an image file (PNG, JPEG, BMP,
+  // ICO) stretched over w x h pixels from (x, y); with white_clear its white
+  // pixels leave what lies below visible. False, and nothing drawn, when the
+  // surface shows no pictures or cannot read the bytes.
+  virtual bool Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
+                            bool white_clear) {
+    (void)x, (void)y, (void)w, (void)h, (void)bytes, (void)white_clear;
+    return false;
+  }
+
   // --- The kept picture ---
   // A surface may keep a picture below what is drawn on it: Clear restores
   // that picture, or fills the whole area with the background colour when

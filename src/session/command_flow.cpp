@@ -222,7 +222,7 @@ bool Command_Built(const std::string& id) {
       "NM1D_m1", "m2", "m3", "m40",
       // file
       "NM1D_m11", "NM1D_m111", "NM1D_m112", "m47", "m10", "m13", "m18", "m181", "m183", "m131", "m172", "m173", "RecentFile",
-      "m102", "m19",
+      "m102", "m19", "m14_1",
       // edit
       "m20", "m21", "m22", "m23", "m24", "m25", "m26", "m27", "m273", "m28", "m209", "m291", "m292", "m271", "m272",
       // array data

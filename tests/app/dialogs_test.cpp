@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -40,6 +41,7 @@
 #include "instrument_dialogs.h"
 #include "lp_dialog.h"
 #include "main_window.h"
+#include "page_form.h"
 #include "parameter_dialog.h"
 #include "plot_widget.h"
 #include "qt_ui.h"
@@ -858,6 +860,44 @@ TEST(Wiring, CsvParameterWindowAndTheListOfReadableFiles) {
   });
   w.Action("m47")->trigger();
   EXPECT_TRUE(*shown);
+}
+
+TEST(Wiring, PagePreviewFromThePrintMenuPrintsToAPdfPrinter) {
+  App();
+  tevo::Session s;
+  tevo::platform::Scripted_Ui ui;
+  Make_Spectrum(s, ui, 700);
+  tevo::display::View_After_Load(s);
+  s.Data_Saved = 1;
+  tevo::app::Main_Window w(s);
+  w.Refresh_State();
+  ASSERT_TRUE(w.Action("m14_1")->isEnabled());
+  tevo::test::Temp_Dir dir;
+  const std::filesystem::path pdf = dir / "printed.pdf";
+  int printed = -2;
+  auto shown = When_Shown("NMR1D_Form8", [&](QWidget& d) {
+    auto& form = static_cast<tevo::app::Page_Form&>(d);
+    // A4 portrait at 60 dpi, with ink on it.
+    EXPECT_EQ(form.Preview().width(), 496);
+    EXPECT_EQ(form.Preview().height(), 702);
+    int ink = 0;
+    for (int y = 0; y < form.Preview().height(); ++y)
+      for (int x = 0; x < form.Preview().width(); ++x) ink += qGray(form.Preview().pixel(x, y)) < 128;
+    EXPECT_GT(ink, 500);
+    const QString dir_name = QCoreApplication::applicationDirPath() + "/screenshots";
+    QDir().mkpath(dir_name);
+    d.grab().save(dir_name + "/NMR1D_Form8.png");
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(QString::fromStdString(pdf.string()));
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printed = form.Print_On(printer);
+    form.reject();
+  });
+  w.Action("m14_1")->trigger();
+  EXPECT_TRUE(*shown);
+  EXPECT_EQ(printed, 0);
+  EXPECT_EQ(tevo::test::Read_Text(pdf).rfind("%PDF-", 0), 0u);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QPrinter>
 #include <QSvgGenerator>
 #include <algorithm>
 #include <cctype>
@@ -66,21 +67,11 @@ int Render_To_File(const std::filesystem::path& path, int width, int height,
     }
     return image.save(file, ext == ".png" ? "PNG" : "BMP") ? 0 : -1;
   }
-  if (ext == ".pdf") {
-    QPdfWriter writer(file);
-    writer.setResolution(static_cast<int>(std::lround(pixels_per_inch)));
-    writer.setPageSize(QPageSize(QSizeF(width * 72.0 / pixels_per_inch, height * 72.0 / pixels_per_inch),
-                                 QPageSize::Point, QString(), QPageSize::ExactMatch));
-    writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-    writer.setCreator(QStringLiteral("tevo1d"));
-    QPainter painter;
-    if (!painter.begin(&writer)) return -1;
-    {
-      QtSurface s(painter, width, height, pixels_per_inch, false);
+  if (ext == ".pdf")
+    return Render_Pages_To_Pdf(path, width, height, pixels_per_inch, [&](Surface& s, int) {
       paint_on(s);
-    }
-    return painter.end() ? 0 : -1;
-  }
+      return false;
+    });
   if (ext == ".svg") {
     QSvgGenerator generator;
     generator.setFileName(file);
@@ -96,6 +87,48 @@ int Render_To_File(const std::filesystem::path& path, int width, int height,
     return painter.end() ? 0 : -1;
   }
   return -1;
+}
+
+int Render_Pages_To_Pdf(const std::filesystem::path& path, int width, int height,
+                        double pixels_per_inch,
+                        const std::function<bool(Surface&, int)>& paint_page) {
+  Ensure_Gui_Application();
+  if (width <= 0 || height <= 0) return -1;
+  QPdfWriter writer(QString::fromStdString(path.string()));
+  writer.setResolution(static_cast<int>(std::lround(pixels_per_inch)));
+  writer.setPageSize(QPageSize(QSizeF(width * 72.0 / pixels_per_inch, height * 72.0 / pixels_per_inch),
+                               QPageSize::Point, QString(), QPageSize::ExactMatch));
+  writer.setPageMargins(QMarginsF(0, 0, 0, 0));
+  writer.setCreator(QStringLiteral("tevo1d"));
+  QPainter painter;
+  if (!painter.begin(&writer)) return -1;
+  // A runaway list stops at a thousand pages.
+  for (int page = 0; page < 1000; ++page) {
+    if (page > 0) writer.newPage();
+    QtSurface s(painter, width, height, pixels_per_inch, false);
+    if (!paint_page(s, page)) break;
+  }
+  return painter.end() ? 0 : -1;
+}
+
+void Printer_Paper_mm(const QPrinter& printer, double& width, double& height) {
+  const QRectF paper = printer.paperRect(QPrinter::Millimeter);
+  width = paper.width();
+  height = paper.height();
+}
+
+int Print_Page(QPrinter& printer, const std::function<void(Surface&)>& paint) {
+  Ensure_Gui_Application();
+  printer.setFullPage(true);
+  QPainter painter;
+  if (!painter.begin(&printer)) return -1;
+  const QRect paper = printer.paperRect(QPrinter::DevicePixel).toRect();
+  {
+    QtSurface s(painter, paper.width(), paper.height(), printer.resolution(), false);
+    s.Set_Pixel(0, 0, 0xFFFFFF);
+    paint(s);
+  }
+  return painter.end() ? 0 : -1;
 }
 
 }  // namespace tevo::platform

@@ -223,6 +223,26 @@ Colour QtSurface::Get_Pixel(int x, int y) const {
   return From_Qt(image_->pixel(x, y));
 }
 
+bool QtSurface::Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
+                             bool white_clear) {
+  QImage picture;
+  if (w <= 0 || h <= 0 ||
+      !picture.loadFromData(bytes.data(), static_cast<int>(bytes.size())))
+    return false;
+  if (white_clear) {
+    picture = picture.convertToFormat(QImage::Format_ARGB32);
+    for (int py = 0; py < picture.height(); ++py) {
+      auto* line = reinterpret_cast<QRgb*>(picture.scanLine(py));
+      for (int px = 0; px < picture.width(); ++px)
+        if ((line[px] & 0xFFFFFF) == 0xFFFFFF) line[px] = 0;
+    }
+  }
+  Before_Drawing();
+  painter_->setCompositionMode(QPainter::CompositionMode_SourceOver);
+  painter_->drawImage(QRect(x, y, w, h), picture);
+  return true;
+}
+
 void QtSurface::Set_Pixel(int x, int y, Colour colour) {
   if (x < 0 || y < 0 || x >= width_ || y >= height_) return;
   Before_Drawing();

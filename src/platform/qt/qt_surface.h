@@ -60,6 +60,9 @@ class QtSurface : public Surface {
   Text_Size Text_Extent(std::string_view text, const Font_Rec& font, double height_px,
                         int weight = 400) override;
 
+  bool Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
+                    bool white_clear) override;
+
   void Clear() override;
   void Keep_Picture() override;
   void Drop_Picture() override;

@@ -1,0 +1,189 @@
+#include "page/print_lists.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "display/style.h"
+#include "editing/integrals.h"
+#include "editing/peaks.h"
+#include "page/markup.h"
+#include "page/page_model.h"
+#include "session/number_text.h"
+#include "session/session.h"
+
+namespace tevo::page {
+
+using display::Setting_Int;
+
+namespace {
+
+// A column: its head (markup) and the template of its numbers, split at the
+// decimal point so that the point lines up.
+struct Column {
+  std::string head, whole, fraction;
+};
+
+struct Table {
+  std::vector<std::string> titles;  // markup lines under the head block
+  std::vector<Column> columns;
+  std::vector<std::vector<std::string>> rows;
+};
+
+// Where a table goes: a rectangle in pixels, its font and whether the head
+// block is written.
+struct Table_Place {
+  double left = 0, top = 0, right = 0, bottom = 0;
+  Font_Rec font;
+  bool head = true;
+};
+
+// Paints page `page` of a table inside its place; true when more pages
+// follow.
+bool Print_Table(const Session& s, platform::Surface& surf, const Table_Place& place, double k,
+                 int page, const Table& t) {
+  const Font_Rec& font = place.font;
+  const double h = Measure_Text(surf, "X", font, k).Text_H;
+  const double p = k * font.Size * 1.07;
+  const double left = place.left + 2 * h;
+  double y = place.top;
+  auto line = [&](const std::string& markup, double x) {
+    Draw_Markup(surf, 1, markup, x, y, 0, 0, 0, 0, font, k);
+  };
+  if (place.head) {
+    line(Plain_To_Inner("File:  " + s.Param.Data_File, font.Charset), left);
+    y += p;
+    line(Plain_To_Inner("Comment:  " + s.Param.COMNT, font.Charset), left);
+    y += 1.5 * p;
+  }
+  for (const std::string& title : t.titles) {
+    line(title, left);
+    y += 1.5 * p;
+  }
+  std::vector<double> x, point;  // column start, decimal point
+  double at = left;
+  for (const Column& c : t.columns) {
+    const double whole = Measure_Markup(surf, c.whole, font, k);
+    const double width = std::max(Measure_Markup(surf, c.head, font, k),
+                                  whole + Measure_Markup(surf, c.fraction, font, k));
+    x.push_back(at);
+    point.push_back(at + whole);
+    at += width + 2 * h;
+  }
+  for (std::size_t c = 0; c < t.columns.size(); ++c) line(t.columns[c].head, x[c]);
+  y += 1.5 * p;
+  const int per_page = std::max(1, static_cast<int>((place.bottom - y) / p));
+  const std::size_t first = static_cast<std::size_t>(page) * static_cast<std::size_t>(per_page);
+  for (std::size_t r = first; r < t.rows.size() && r < first + static_cast<std::size_t>(per_page); ++r) {
+    for (std::size_t c = 0; c < t.rows[r].size() && c < x.size(); ++c) {
+      const std::string& v = t.rows[r][c];
+      const std::string whole = v.substr(0, v.find('.'));
+      line(v, point[c] - Measure_Markup(surf, whole, font, k));
+    }
+    y += p;
+  }
+  return first + static_cast<std::size_t>(per_page) < t.rows.size();
+}
+
+// The place of a list page: the sheet inside its margin, the list font.
+Table_Place Sheet_Place(const Session& s, const platform::Surface& surf, const List_Page& pg) {
+  return {static_cast<double>(pg.margin), static_cast<double>(pg.margin),
+          static_cast<double>(surf.Width() - pg.margin), static_cast<double>(surf.Height() - pg.margin),
+          List_Font(s), Setting_Int(s, "PRNT LIST HEAD", 1) == 1};
+}
+
+bool Proton(const Session& s) { return s.Param.OBNUC == "1H"; }
+
+}  // namespace
+
+Font_Rec List_Font(const Session& s) {
+  Font_Rec f;
+  f.Face = Fonts().Default_Font;
+  return Print_Font(s, "LISTS FONT NAME", "LISTS FONT SIZE", "LISTS FONT BOLD", "LISTS FONT ITAL", f);
+}
+
+namespace {
+
+// The compact peak table with the columns whose switches (No., ppm, Hz,
+// Height, Amp.) are on.
+Table Peak_Table(Session& s, const char* const (&keys)[5]) {
+  const bool khz = s.Axis_Unit == 2, h1 = Proton(s);
+  const char* ppm_format = h1 ? "###0.0000" : "####0.00";
+  const char* freq_format = khz ? (h1 ? "###0.00000" : "####0.0000") : (h1 ? "######0.00" : "#######0.0");
+  bool on[5];
+  for (int c = 0; c < 5; ++c) on[c] = Setting_Int(s, keys[c], 1) == 1;
+  const Column all[] = {{"\\< No.", "1234", ""},
+                        {"\\< ppm", "12345678", h1 ? ".1234" : ".123"},
+                        {khz ? "\\< kHz" : "\\< Hz", "1234567890", khz ? (h1 ? ".12345" : ".1234") : (h1 ? ".12" : ".1")},
+                        {"\\< Height", "1234567890", ""},
+                        {"\\< Amp.", "1234", ".12"}};
+  Table t;
+  for (int c = 0; c < 5; ++c)
+    if (on[c]) t.columns.push_back(all[c]);
+  for (const editing::Peak_Row& r : editing::Peak_List_Rows(s, khz)) {
+    const std::string cells[] = {std::to_string(r.number), Format_Number(r.ppm, ppm_format),
+                                 Format_Number(r.freq, freq_format), Format_Number(r.height, "#########0"),
+                                 Format_Number(r.strength, "##0.00")};
+    std::vector<std::string> row;
+    for (int c = 0; c < 5; ++c)
+      if (on[c]) row.push_back(cells[c]);
+    t.rows.push_back(std::move(row));
+  }
+  return t;
+}
+
+}  // namespace
+
+bool Print_Peak_List(Session& s, platform::Surface& surf, const List_Page& pg) {
+  static const char* const keys[5] = {"PRNT LIST NO", "PRNT LIST PPM", "PRNT LIST HZ", "PRNT LIST HEIGHT",
+                                      "PRNT LIST INTENS"};
+  return Print_Table(s, surf, Sheet_Place(s, surf, pg), pg.scale, pg.page, Peak_Table(s, keys));
+}
+
+void Draw_Page_Peak_List(Session& s, platform::Surface& surf, int left, int top, int right,
+                         int bottom, double scale) {
+  static const char* const keys[5] = {"PRNT PEAKLIST NO", "PRNT PAEK PPM", "PRNT PEAK HZ",
+                                      "PRNT PEAK HEIGHT", "PRNT PEAK INTENS"};
+  Font_Rec font;
+  font.Face = Fonts().Default_Font;
+  font.Size = 9;
+  font = Print_Font(s, "PEAKLIST FONT", "PEAKL FONT SIZE", "PEAKL FONT BOLD", "PEAKL FONT ITAL", font);
+  const Table_Place place{left + 0.0, top + 0.0, right + 0.0, bottom + 0.0, font,
+                          Setting_Int(s, "PRNT PEAK HEAD", 1) == 1};
+  Print_Table(s, surf, place, scale, 0, Peak_Table(s, keys));
+}
+
+bool Print_Integral_List(Session& s, platform::Surface& surf, const List_Page& pg) {
+  const bool khz = s.Axis_Unit == 2, h1 = Proton(s);
+  const char* ppm_format = h1 ? "###0.0000" : "####0.00";
+  const char* freq_format = khz ? (h1 ? "###0.00000" : "####0.0000") : (h1 ? "######0.00" : "#######0.0");
+  const std::string unit = khz ? "kHz" : "Hz";
+  const std::string freq_fraction = khz ? (h1 ? ".12345" : ".1234") : (h1 ? ".12" : ".1");
+  Table t;
+  t.titles = {"\\< List of Integral Intensity"};
+  t.columns = {{"\\< No.", "1234", ""},
+               {"\\< Start(ppm)", "12345678", h1 ? ".1234" : ".123"},
+               {"\\< End(ppm)", "12345678", h1 ? ".1234" : ".123"},
+               {"\\< Start(" + unit + ")", "1234567890", freq_fraction},
+               {"\\< End(" + unit + ")", "1234567890", freq_fraction},
+               {"\\< Integral", "123456", ".123"},
+               {"\\< B0", "1234", ".123456"},
+               {"\\< B1", "1234", ".123456"}};
+  const double to_freq = s.Spectrum_Frequency / (khz ? 1000.0 : 1.0);
+  for (int32_t i = 0; i < static_cast<int32_t>(s.Integrals.size()); ++i) {
+    const Integ_Rec& r = s.Integrals[static_cast<std::size_t>(i)];
+    const auto ppm_at = [&](int32_t point) {
+      return static_cast<double>(s.Spec_Axis[static_cast<std::size_t>(std::clamp(point, 0, s.Spec_Points - 1))]);
+    };
+    // The region starts at its high-shift end, the left of the plot.
+    const double start = ppm_at(r.End_Point), end = ppm_at(r.Start_Point);
+    t.rows.push_back({std::to_string(i + 1), Format_Number(start, ppm_format), Format_Number(end, ppm_format),
+                      Format_Number(start * to_freq, freq_format), Format_Number(end * to_freq, freq_format),
+                      Format_Number(editing::Integ_Shown_Value(s, i), "#####0.000"),
+                      Format_Number(r.B0, "###0.0#####"), Format_Number(r.B1, "###0.0#####")});
+  }
+  return Print_Table(s, surf, Sheet_Place(s, surf, pg), pg.scale, pg.page, t);
+}
+
+}  // namespace tevo::page
