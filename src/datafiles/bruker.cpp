@@ -587,6 +587,22 @@ std::string List_Name(const fs::path& folder, const std::string& label, const st
   return file;
 }
 
+// The time of one pass of the loop a vclist counts: an echo train of the
+// T2 series repeats "d20, 180-degree pulse p2, d20", so one pass lasts
+// 2 d20 + p2 (acqus D[20] in s, P[2] in us). Nothing without a d20.
+std::optional<double> Echo_Loop_Seconds(const fs::path& folder) {
+  const auto acqus = Find_File(folder, "acqus");
+  const auto labels = acqus ? Load_Labels(acqus->string(), nullptr) : std::nullopt;
+  if (!labels) return std::nullopt;
+  double d20 = 0, p2 = 0;
+  for (const Bruker_Label& l : *labels) {
+    if (l.name == "$D" && l.list.size() > 20) d20 = l.list[20];
+    if (l.name == "$P" && l.list.size() > 2) p2 = l.list[2];
+  }
+  if (!(d20 > 0) || !std::isfinite(d20) || !(p2 >= 0) || !std::isfinite(p2)) return std::nullopt;
+  return 2 * d20 + p2 * 1e-6;
+}
+
 }  // namespace
 
 std::optional<Bruker_Series> Find_Series_List(const fs::path& folder) {
@@ -596,17 +612,25 @@ std::optional<Bruker_Series> Find_Series_List(const fs::path& folder) {
     const char* step;
     const char* file;
     const char* label;
-    double bare_unit;  // s per unit of a number written without one
+    double bare_unit;  // s per unit of a number written without one; 0: a loop count
   };
-  for (const Kind& k : {Kind{"ivd", "vdlist", "$VDLIST", 1.0}, Kind{"ivp", "vplist", "$VPLIST", 1e-6}}) {
+  for (const Kind& k : {Kind{"ivd", "vdlist", "$VDLIST", 1.0}, Kind{"ivp", "vplist", "$VPLIST", 1e-6},
+                        Kind{"ivc", "vclist", "$VCLIST", 0.0}}) {
     if (!Has_Word(program, k.step)) continue;
+    // A count list gives delays only with the time of one pass of its loop.
+    double bare_unit = k.bare_unit;
+    if (bare_unit == 0) {
+      const auto loop = Echo_Loop_Seconds(folder);
+      if (!loop) continue;
+      bare_unit = *loop;
+    }
     const auto file = Find_File(folder, k.file);
     const auto text = file ? Read_Whole_File(file->string()) : std::nullopt;
     if (!text) continue;
     Bruker_Series list;
     for (const std::string& line : Split_Lines(*text)) {
       double raw = 0;
-      if (const auto sec = List_Seconds(line, k.bare_unit, raw)) {
+      if (const auto sec = List_Seconds(line, bare_unit, raw)) {
         list.seconds.push_back(*sec);
         list.raw.push_back(raw);
       }

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 #include <tuple>
 
 #include "datafiles/bruker.h"
@@ -447,6 +449,48 @@ TEST(Bruker, RelaxationSeriesOpenAsArraysAndTrueTwoDimensionalSetsAreRefused) {
   relaxation::Sort_Array_Rows(ir.s, 1);
   EXPECT_EQ(ir.s.Delay_List.front(), 0.01f);
   EXPECT_EQ(ir.s.Spec_Re(1000, 0), shortest);
+
+  // A T2 echo train: "ivc" counts the loop passes in vclist; each pass is
+  // 2 d20 + p2 (d20 set to 0.5 ms in a copy of the set, p2 = 14.6 us).
+  test::Temp_Dir dir;
+  const fs::path cpmg = dir / "cpmg";
+  fs::copy(Bruker("inversionRecovery2D/inversionRecovery2D/1"), cpmg, fs::copy_options::recursive);
+  fs::remove(cpmg / "vdlist");
+  const auto edit = [&cpmg](const char* name, const auto& change) {
+    std::istringstream lines(test::Read_Text(cpmg / name));
+    std::string out, line;
+    bool after_d = false;
+    while (std::getline(lines, line)) {
+      out += change(line, after_d) + "\n";
+      after_d = line.rfind("##$D=", 0) == 0;
+    }
+    test::Write_Text(cpmg / name, out);
+  };
+  edit("pulseprogram", [](std::string line, bool) {
+    for (auto at = line.find("ivd"); at != std::string::npos; at = line.find("ivd")) line.replace(at, 3, "ivc");
+    return line;
+  });
+  edit("acqus", [](const std::string& line, bool after_d) {
+    if (!after_d) return line;
+    std::istringstream values(line);
+    std::vector<std::string> v{std::istream_iterator<std::string>(values), {}};
+    v.at(20) = "0.0005";
+    std::string joined;
+    for (const std::string& x : v) joined += (joined.empty() ? "" : " ") + x;
+    return joined;
+  });
+  test::Write_Text(cpmg / "vclist", "1\n2\n4\n8\n16\n32\n64\n128\n256\n512\n");
+  Quiet_Session t2;
+  ASSERT_EQ(NM1D_m11_Click(t2.s, {(cpmg / "ser").string(), {}}), 0);
+  ASSERT_EQ(t2.s.Array_Rows, 10);
+  for (int r = 0; r < 10; ++r) EXPECT_FLOAT_EQ(t2.s.Delay_List[r], static_cast<float>((1 << r) * (2 * 0.0005 + 14.6e-6))) << r;
+  EXPECT_EQ(t2.s.Delay_Name, "CCCCCCCCCCCCCCC");  // as acqus names its vclist
+  // Without a d20 the counts give no delays: the set is refused as 2D.
+  edit("acqus", [](const std::string& line, bool after_d) {
+    return after_d ? "0 15 0 0 0 0 0 5 0 0.06 0 0.03 0 0 0 0 0.0001 0 0 0 0 0" : line;
+  });
+  EXPECT_NE(NM1D_m11_Click(t2.s, {(cpmg / "ser").string(), {}}), 0);
+  EXPECT_EQ(t2.Last_Message(), "2D Data !");
 
   // T1rho: "ivp" over vplist, 22 rows from a list of 21 that runs round.
   Quiet_Session rho;
