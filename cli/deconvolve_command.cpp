@@ -3,9 +3,11 @@
 // window. A FID is processed with the defaults; the start lines come from
 // the options and/or the peak search inside the range, each with the
 // spectrum's height at its position; the lines inside the range are fitted
-// by the window's simplex until it converges. Prints each line's position,
-// width, height, Gaussian share, area and relative area, and the criterion;
-// -o writes the result file. Heights are in units of the largest magnitude.
+// by the window's simplex until it converges, again from its result
+// while that lowers the criterion. Prints each line's position, width,
+// height, Gaussian share, area and relative area, the criterion and (in
+// JSON) the largest residual; -o writes the result file. Heights are in
+// units of the largest magnitude.
 #include <nlohmann/json.hpp>
 #include <algorithm>
 #include <cmath>
@@ -121,9 +123,10 @@ void Register_Deconvolve(CLI::App& app, Context& ctx) {
     }
     if (fit.Too_Many) std::cerr << "deconvolve: only the first 20 lines inside the range are fitted\n";
     const double f = s.Spectrum_Frequency;
-    // The window fits until it converges or the operator stops it; here a
+    // The window fits until it converges or the operator stops it, and the
+    // operator starts it again while that still improves the fit; here a
     // generous count stands in for the operator.
-    deconvolution::Run_Line_Fit(fit, f, [](const relaxation::Simplex_State& state) { return state.Iterations < 2000000; });
+    deconvolution::Run_Line_Fit_Until_Still(fit, f, 100, 2000000);
     if (fit.Outcome == relaxation::Simplex_Step::Arithmetic_Error) {
       std::cerr << "計算エラー: the fit met a value out of range after " << fit.State.Iterations << " iterations\n";
       ctx.exit_code = Exit_Refused;
@@ -143,6 +146,9 @@ void Register_Deconvolve(CLI::App& app, Context& ctx) {
         j["lines"].push_back({{"number", r.number}, {"ppm", r.ppm}, {"hz", r.hz}, {"width_hz", r.width},
                               {"height", r.height}, {"gauss", r.gauss}, {"area", r.area}, {"relative_area", r.relative}});
       j["criterion"] = criterion;
+      // The largest |model - spectrum| over the range, in percent of the
+      // range's tallest spectrum point.
+      j["residual_max_percent"] = deconvolution::Calc_Residual(fit.State.Trial, fit.Fit_X, fit.Fit_Y, f).limit;
       j["iterations"] = fit.State.Iterations;
       j["converged"] = fit.Outcome == relaxation::Simplex_Step::Converged;
       std::cout << j.dump(2) << "\n";

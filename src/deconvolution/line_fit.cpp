@@ -52,6 +52,18 @@ void Run_Line_Fit(Line_Fit& fit, double f, const std::function<bool(const relaxa
     fit.Outcome = relaxation::Simplex_Run(fit.State, criterion, go_on);
 }
 
+void Run_Line_Fit_Until_Still(Line_Fit& fit, double f, int32_t runs, int32_t iterations) {
+  float before = Line_Criterion(fit.Start, fit.Fit_X, fit.Fit_Y, f);
+  for (int32_t run = 0; run < runs; ++run) {
+    Run_Line_Fit(fit, f, [iterations](const relaxation::Simplex_State& st) { return st.Iterations < iterations; });
+    if (fit.Outcome == relaxation::Simplex_Step::Arithmetic_Error) return;
+    const float after = Line_Criterion(fit.State.Trial, fit.Fit_X, fit.Fit_Y, f);
+    if (after > 0.99f * before || after < 1e-10f) return;
+    before = after;
+    fit.Start = fit.State.Trial;
+  }
+}
+
 void Store_Fit(const Line_Fit& fit, Sim_Peaks& peaks, float axis0, bool descending) {
   const std::vector<float>& t = fit.State.Trial;
   for (std::size_t q = 0; q < fit.Fit_Peak_Index.size() && 4 * q + 3 < t.size(); ++q) {

@@ -42,6 +42,13 @@ float Line_Criterion(std::span<const float> trial, std::span<const float> x, std
 // fewer than two points nothing runs.
 void Run_Line_Fit(Line_Fit& fit, double f, const std::function<bool(const relaxation::Simplex_State&)>& go_on = {});
 
+// Runs the fit again and again from where the last run stopped, as the
+// operator presses 計算開始 once more, until a run lowers the criterion by
+// less than 1 % (at most `runs` runs of at most `iterations` each): the
+// simplex can collapse in a flat valley short of the minimum, and a fresh
+// one around that point goes on from there. The result is the last trial.
+void Run_Line_Fit_Until_Still(Line_Fit& fit, double f, int32_t runs, int32_t iterations);
+
 // The last trial point back into the peak arrays (position as offset, width
 // as its magnitude), then sorted.
 void Store_Fit(const Line_Fit& fit, Sim_Peaks& peaks, float axis0, bool descending);

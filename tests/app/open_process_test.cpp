@@ -787,6 +787,76 @@ TEST(LineWindow, TwoClicksOnADoubletFitOntoItsLines) {
   EXPECT_TRUE(window.Try_Exit());
 }
 
+TEST(LineWindow, StrychnineDoubletFitsAndTheStopEndsTwentyLines) {
+  App();
+  Started_Window started(
+      tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/strychnine-1h/strychnine/10/fid").string());
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  window.Open_Command_Line();
+  ASSERT_GT(s.Spec_Points, 0);
+  // The doublet at 3.846 and 3.872 ppm, each line with a shoulder on its
+  // inner side from a small further coupling.
+  const float left = 3.895f, right = 3.825f;
+  s.X_Left = left;
+  s.X_Right = right;
+  window.Refresh_View();
+  window.Action("m51")->trigger();
+  tevo::app::Line_Window* lines = window.Lines();
+  ASSERT_NE(lines, nullptr);
+  lines->resize(900, 600);
+  tevo::deconvolution::Sim_State& st = lines->State();
+  // The two shoulders, and the lines where the peak search finds them.
+  for (double ppm : {3.8672, 3.8425}) tevo::deconvolution::Sim_Add_Peak(s, st, ppm);
+  tevo::editing::Peak_Search_Shown(s);
+  for (const tevo::Peak_Rec& p : s.Peaks)
+    tevo::deconvolution::Sim_Add_Peak(s, st, s.Spec_Axis[static_cast<std::size_t>(p.Point)]);
+  ASSERT_GE(st.Peaks.Sim_Peak_Count, 4);
+  // 計算開始 three times, each run from where the last one stopped.
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "SpecSim_Form4"; },
+                                [](QWidget& w) {
+                                  for (int run = 0; run < 3; ++run) w.findChild<QPushButton*>("Command1")->click();
+                                  w.findChild<QPushButton*>("Command2")->click();
+                                });
+  lines->Action("m21")->trigger();
+  lines->Refresh();
+  EXPECT_LT(lines->Curve().limit, 2.0f);  // percent of the doublet's top
+  Save_Shot(lines, "line_window_strychnine");
+
+  // Twenty lines in range: 計算中止 pressed while the fit runs ends it within
+  // one iteration, and a timer kept firing meanwhile.
+  for (int k = st.Peaks.Sim_Peak_Count; k < 20; ++k)
+    tevo::deconvolution::Sim_Add_Peak(s, st, right + (left - right) * (k + 0.5) / 20);
+  int32_t at_press = -1, at_end = -1, ticks = 0;
+  std::size_t fitted = 0;
+  QTimer tick;
+  QObject::connect(&tick, &QTimer::timeout, [&ticks] { ++ticks; });
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "SpecSim_Form4"; },
+                                [&](QWidget& w) {
+                                  auto& form = static_cast<tevo::app::Line_Fit_Dialog&>(w);
+                                  fitted = form.Fit().Fit_Peak_Index.size();
+                                  QTimer::singleShot(300, [&] {
+                                    at_press = form.Fit().State.Iterations;
+                                    w.findChild<QPushButton*>("Command3")->click();
+                                  });
+                                  tick.start(10);
+                                  w.findChild<QPushButton*>("Command1")->click();
+                                  tick.stop();
+                                  at_end = form.Fit().State.Iterations;
+                                  EXPECT_NE(form.Fit().Outcome, tevo::relaxation::Simplex_Step::Converged);
+                                  w.findChild<QPushButton*>("Command5")->click();
+                                });
+  lines->Action("m21")->trigger();
+  EXPECT_EQ(fitted, 20u);
+  ASSERT_GT(at_press, 0);
+  EXPECT_LE(at_end - at_press, 1);
+  EXPECT_GE(ticks, 10);
+  lines->close();
+  s.Data_Saved = 1;
+  EXPECT_TRUE(window.Try_Exit());
+}
+
 // Pixels of the plot, laid out anew first (the panel of a mode changes the
 // plot's height).
 QPoint At_Ppm(tevo::app::Plot_Widget* plot, double ppm, int y) {
