@@ -16,6 +16,7 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QTimer>
 #include <QUrl>
 
 #include "array_span_dialog.h"
@@ -41,6 +42,7 @@
 #include "overlay_window.h"
 #include "line_window.h"
 #include "page_form.h"
+#include "page/page_model.h"
 #include "relax_window.h"
 #include "parameter_dialog.h"
 #include "plot_widget.h"
@@ -50,6 +52,7 @@
 #include "signal/phase_mode.h"
 #include "slot_edit_window.h"
 #include "spectrum_view.h"
+#include "style_dialog.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
 #include "session/startup.h"
@@ -65,6 +68,9 @@ int Save_Older(Session& s, const std::string& path) { return datafiles::m13_Clic
 int Save_Peak_List(Session& s, const std::string& path) { return datafiles::m172_Click(s, path); }
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
+
+// Pixels per inch of the sheet beside the print styles.
+constexpr double Style_Preview_Dpi = 24;
 
 // The difference and DEPT windows: modal, the plot repainted at each change.
 template <class Form>
@@ -164,6 +170,10 @@ void Main_Window::Connect_Commands() {
   connect(Action("m34"), &QAction::triggered, this, &Main_Window::On_Power_Spectrum);
   connect(Action("m31"), &QAction::triggered, this, &Main_Window::On_Range_Dialog);
   connect(Action("m30"), &QAction::triggered, this, &Main_Window::On_Grid_Dialog);
+  // The style windows of the edit view and of printing, and the environment.
+  for (const auto& [id, form] : {std::pair{"m331", "NMR1D_Form7_0"}, std::pair{"m332", "NMR1D_Form7_1"},
+                                 std::pair{"m32", "NMR1D_Form3"}})
+    connect(Action(id), &QAction::triggered, this, [this, form = form] { On_Style(form); });
   connect(Action("m44"), &QAction::triggered, this, &Main_Window::On_Instrument_Table);
   connect(Action("m43"), &QAction::triggered, this, [this] {
     Operator_Dialog form(session_, this);
@@ -334,6 +344,23 @@ void Main_Window::On_Grid_Dialog() {
   if (form.exec() == QDialog::Accepted) Refresh_View();
 }
 
+void Main_Window::On_Style(const std::string& name) {
+  const display::Style_Form* form = display::Find_Style_Form(name);
+  if (form == nullptr) return;
+  // The print styles show the sheet beside their fields; the edit view's
+  // show in the plot itself.
+  std::function<QImage()> preview;
+  // The sheet is laid out as the page window lays it out.
+  if (name == "NMR1D_Form7_1") {
+    page::Keep_Page_On_Sheet(session_);
+    preview = [this] { return Page_Image(session_, Style_Preview_Dpi); };
+  }
+  Style_Dialog dialog(session_, *form, this, preview);
+  connect(&dialog, &Style_Dialog::changed, this, &Main_Window::Refresh_View);
+  dialog.exec();
+  Refresh_State();
+}
+
 void Main_Window::On_Instrument_Table() {
   if (!session::Confirm_Mode_Exit(session_)) return;
   Refresh_State();
@@ -410,6 +437,9 @@ void Main_Window::Start(const std::string& home, const std::string& exe_path, co
   };
   const session::Start_Result r = session::Start_Up(session_, o);
   started_ = r.go_on;
+  // "START MODE" 1 opens the environment window once the main window runs.
+  if (r.go_on && r.show_environment && interactive)
+    QTimer::singleShot(0, this, [this] { On_Style("NMR1D_Form3"); });
   if (Action("m12")) Action("m12")->setVisible(r.jeol_disk_reader);
   Refresh_State();
 }

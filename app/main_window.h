@@ -100,6 +100,9 @@ class Main_Window : public QMainWindow {
   void On_Power_Spectrum();
   void On_Range_Dialog();
   void On_Grid_Dialog();
+  // A settings-group window by its form name (NMR1D_Form7_0, ...): the plot
+  // repaints at each change.
+  void On_Style(const std::string& name);
   void On_Instrument_Table();
   void On_Parameters();
   // m27: the overlay window, made once and shown again.

@@ -55,16 +55,20 @@ Page_Form::Page_Form(Session& session, QWidget* parent) : QDialog(parent), sessi
   resize(image_.width() + 60, std::min(image_.height(), 900) + 90);
 }
 
+QImage Page_Image(Session& s, double dpi) {
+  const page::Page_Setup p = page::Read_Page_Setup(s);
+  QImage image(page::Sheet_Pixels(p.Paper_Width, dpi), page::Sheet_Pixels(p.Paper_Height, dpi), QImage::Format_RGB32);
+  {
+    platform::QtSurface surf(image, dpi);
+    page::Draw_Page(s, surf);
+  }
+  return image;
+}
+
 void Page_Form::Repaint_Sheet() {
   const page::Page_Setup p = page::Read_Page_Setup(session_);
   paper_->setText(QString::fromStdString(page::Paper_Text(p.Paper_Code, p.Orient, true)));
-  const double dpi = Preview_Dpi * zoom_->currentText().chopped(1).toDouble() / 100;
-  image_ = QImage(page::Sheet_Pixels(p.Paper_Width, dpi), page::Sheet_Pixels(p.Paper_Height, dpi),
-                  QImage::Format_RGB32);
-  {
-    platform::QtSurface surf(image_, dpi);
-    page::Draw_Page(session_, surf);
-  }
+  image_ = Page_Image(session_, Preview_Dpi * zoom_->currentText().chopped(1).toDouble() / 100);
   sheet_->setPixmap(QPixmap::fromImage(image_));
   sheet_->resize(image_.size());
 }

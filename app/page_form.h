@@ -16,6 +16,9 @@ class QScrollArea;
 
 namespace tevo::app {
 
+// The sheet painted by the page routine at `dpi` pixels per inch.
+QImage Page_Image(Session& s, double dpi);
+
 class Page_Form : public QDialog {
   Q_OBJECT
  public:

@@ -95,8 +95,8 @@ Spectrum_View::Spectrum_View(Session& session, QWidget* parent) : QWidget(parent
                                                         multiview_})
     panels_->addWidget(panel);
 
-  // "TOOL BAR POSIT": 0 puts the tool panel above the plot, 1 below it.
-  if (session_.settings.Int("TOOL BAR POSIT") == 1) {
+  // "TOOL BAR POSIT": 0 puts the tool panel below the plot, 1 above it.
+  if (session_.settings.Int("TOOL BAR POSIT") != 1) {
     layout->addWidget(plot_, 1);
     layout->addWidget(scroll_);
     layout->addWidget(panels_);

@@ -1,7 +1,7 @@
 // The application's main path on real data, offscreen: a Bruker FID named on
 // the command line opens the processing window; 完 了 puts the spectrum into
 // the main plot; phase mode, zoom and back, save and reopen, a damaged file
-// and the recent list.
+// and the recent list; the style window of the edit view.
 #include <gtest/gtest.h>
 
 #include <QAction>
@@ -22,6 +22,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QDoubleSpinBox>
+#include <QTabWidget>
 #include <QComboBox>
 #include <QToolButton>
 #include <QTimer>
@@ -64,6 +66,7 @@
 #include <QTreeWidget>
 #include "relaxation/array_data.h"
 #include "signal/fid_processing.h"
+#include "session/settings_files.h"
 #include "app_support.h"
 #include "support/test_support.h"
 
@@ -1270,3 +1273,56 @@ TEST(RelaxWindow, FilesDroppedTogetherOpenAsOneSeriesAndComeBackFromTheRecentLis
 }
 
 }  // namespace
+
+TEST(StyleDialog, EditViewLineWidthRepaintsAtOnceAndOkOutlivesARestart) {
+  App();
+  Started_Window started(tevo::test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/aspirin-1h/1/fid").string());
+  tevo::Session& s = started.s;
+  tevo::app::Main_Window& window = started.window;
+  Click_When_Shown<tevo::app::Fid_Window>("Command3");
+  window.Open_Command_Line();
+  ASSERT_GT(s.Spec_Points, 0);
+  const int thin = Ink(window.Plot());
+
+  // A wider spectrum line inks more of the plot while the window is open; OK
+  // keeps it. A second visit's change is undone by キャンセル.
+  int wide = 0;
+  const auto drive = [&](double width, const char* button, const char* shot) {
+    tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form7_0"; },
+                                  [&, width, button, shot](QWidget& w) {
+                                    auto* spin = w.findChild<QDoubleSpinBox*>("DISP SPEC WIDTH");
+                                    ASSERT_NE(spin, nullptr);
+                                    w.findChild<QTabWidget*>()->setCurrentIndex(1);
+                                    spin->setValue(width);
+                                    QApplication::processEvents();
+                                    if (shot) Save_Shot(&w, shot);
+                                    wide = Ink(window.Plot());
+                                    w.findChild<QPushButton*>(button)->click();
+                                  });
+    window.Action("m331")->trigger();
+  };
+  ASSERT_TRUE(window.Action("m331")->isEnabled());
+  drive(4, "Command1", "NMR1D_Form7_0");
+  EXPECT_GT(wide, thin * 3 / 2);
+  EXPECT_EQ(s.settings.Real("DISP SPEC WIDTH"), 4);
+  drive(1, "Command2", nullptr);
+  EXPECT_LT(wide, thin * 11 / 10);
+  EXPECT_EQ(s.settings.Real("DISP SPEC WIDTH"), 4);
+  Save_Shot(&window, "NMR1D_Form7_0_plot");
+  // The print styles and the environment open on their values; キャンセル.
+  for (const auto& [id, form] : {std::pair{"m332", "NMR1D_Form7_1"}, std::pair{"m32", "NMR1D_Form3"}}) {
+    tevo::test::When_Window_Shown([form = form](QWidget* w) { return w->objectName() == form; },
+                                  [form = form](QWidget& w) {
+                                    Save_Shot(&w, form);
+                                    w.findChild<QPushButton*>("Command2")->click();
+                                  });
+    window.Action(id)->trigger();
+  }
+
+  tevo::Session restarted;
+  restarted.App_Path = s.App_Path;
+  tevo::session::Read_Settings(restarted);
+  EXPECT_EQ(restarted.settings.Real("DISP SPEC WIDTH"), 4);
+  s.Data_Saved = 1;
+  EXPECT_TRUE(window.Try_Exit());
+}
