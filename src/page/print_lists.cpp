@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -108,10 +109,22 @@ bool Proton(const Session& s) { return s.Param.OBNUC == "1H"; }
 
 }  // namespace
 
-void List_Paper_Cm(const Session& s, int code, double& width, double& height) {
-  const int list_code = code > 0 ? code : Setting_Int(s, "PAPER SIZE LIST", 9);
-  Paper_Size(list_code, Setting_Int(s, "PAPER ORIENTLIST", 0), height, width, true);
+namespace {
+
+// A number of the list paper: these keys hold text; empty is `def`.
+int List_Paper_Value(const Session& s, const char* key, int def) {
+  const std::string v = display::Setting_Text(s, key, "");
+  return v.empty() ? def : std::atoi(v.c_str());
 }
+
+}  // namespace
+
+void List_Paper_Cm(const Session& s, int code, double& width, double& height) {
+  const int list_code = code > 0 ? code : List_Paper_Value(s, "PAPER SIZE LIST", 9);
+  Paper_Size(list_code, List_Paper_Value(s, "PAPER ORIENTLIST", 0), height, width, true);
+}
+
+int List_Orient(const Session& s) { return List_Paper_Value(s, "PAPER ORIENTLIST", 0); }
 
 List_Page List_Page_At(int n, double dpi) { return {n, Sheet_Pixels(1.5, dpi), dpi / 72.0}; }
 
@@ -119,6 +132,22 @@ Font_Rec List_Font(const Session& s) {
   Font_Rec f;
   f.Face = Fonts().Default_Font;
   return Print_Font(s, "LISTS FONT NAME", "LISTS FONT SIZE", "LISTS FONT BOLD", "LISTS FONT ITAL", f);
+}
+
+bool Store_List_Setup(Session& s, int orient, const Font_Rec& font) {
+  bool changed = false;
+  if (List_Paper_Value(s, "PAPER ORIENTLIST", 0) != orient) {
+    s.settings.Set("PAPER ORIENTLIST", std::to_string(orient));
+    changed = true;
+  }
+  const Font_Rec now = List_Font(s);
+  if (now.Face == font.Face && now.Size == font.Size && now.Bold == font.Bold && now.Italic == font.Italic)
+    return changed;
+  s.settings.Set("LISTS FONT NAME", font.Face);
+  display::Store_Setting(s, "LISTS FONT SIZE", font.Size);
+  display::Store_Setting(s, "LISTS FONT BOLD", font.Bold);
+  display::Store_Setting(s, "LISTS FONT ITAL", font.Italic);
+  return true;
 }
 
 namespace {

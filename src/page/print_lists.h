@@ -41,6 +41,15 @@ List_Page List_Page_At(int n, double dpi);
 // The list font of the settings, checked against the faces of the system.
 Font_Rec List_Font(const Session& s);
 
+// The list paper's turn, 0 portrait, 1 landscape.
+int List_Orient(const Session& s);
+
+// Stores the list paper's turn ("PAPER ORIENTLIST": 0 portrait "縦置き",
+// 1 landscape "横置き") and the list font. The font keys are written only
+// when the name, size, bold or italic differ from the font the settings
+// give. True when anything changed.
+bool Store_List_Setup(Session& s, int orient, const Font_Rec& font);
+
 // The peak list, compact form: "\< No.", "\< ppm", "\< Hz" (or "\< kHz"
 // when the axis counts kHz), "\< Height", "\< Amp." as the "PRNT LIST ..."
 // switches choose. Returns true when more pages follow.

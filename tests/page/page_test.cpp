@@ -493,5 +493,23 @@ TEST(Page, JeolArrayT1AndLineListsHeadsValuesAndPages) {
     EXPECT_TRUE(has(t, x)) << x;
 }
 
+// The list setup dialog writes the font only when it differs.
+TEST(Page, ListSetupStoresTheFontOnlyOnARealChange) {
+  Page_Session ps;
+  Session& s = ps.s;
+  Font_Rec font = List_Font(s);
+  EXPECT_FALSE(Store_List_Setup(s, 0, font));
+  EXPECT_EQ(s.settings.Text("LISTS FONT NAME"), "");  // still unset
+  EXPECT_TRUE(Store_List_Setup(s, 1, font));
+  EXPECT_EQ(List_Orient(s), 1);
+  EXPECT_EQ(s.settings.Text("LISTS FONT NAME"), "");
+  font.Size = 12;
+  font.Bold = 1;
+  EXPECT_TRUE(Store_List_Setup(s, 1, font));
+  EXPECT_EQ(List_Font(s).Size, 12.0f);
+  EXPECT_EQ(List_Font(s).Bold, 1);
+  EXPECT_EQ(s.settings.Text("LISTS FONT NAME"), font.Face);
+}
+
 }  // namespace
 }  // namespace tevo::page
