@@ -40,6 +40,7 @@
 #include "operator_dialog.h"
 #include "overlay_window.h"
 #include "line_window.h"
+#include "list_form.h"
 #include "page_form.h"
 #include "relax_window.h"
 #include "parameter_dialog.h"
@@ -189,6 +190,13 @@ void Main_Window::Connect_Commands() {
     Page_Form form(session_, this);
     form.exec();
   });
+  // The printed lists: the peaks, the integrals, the array's rows.
+  for (const auto& [id, kind] : {std::pair{"m15", page::List_Kind::Peaks}, std::pair{"m17", page::List_Kind::Integrals},
+                                 std::pair{"m171", page::List_Kind::Array}})
+    connect(Action(id), &QAction::triggered, this, [this, kind = kind] {
+      List_Form form(session_, kind, this);
+      form.exec();
+    });
   for (const session::Layer_Switch& l : session::Layer_Switches()) {
     Action(l.id)->setCheckable(true);
     connect(Action(l.id), &QAction::triggered, this, [this, l] {
