@@ -121,7 +121,9 @@ QAction* Main_Window::Action(const std::string& id) const {
 void Main_Window::Refresh_Edits() {
   const editing::Undo_Menu undo = editing::Undo_Caption(session_);
   Action("m20")->setText(Q(undo.caption));
-  Action("m20")->setEnabled(session::Menu_Enabled(session_)["m20"]);
+  // Undo and the list prints follow every edit of the peaks and integrals.
+  auto enabled = session::Menu_Enabled(session_);
+  for (const char* id : {"m20", "m15", "m17"}) Action(id)->setEnabled(enabled[id]);
   view_->Refresh_Panels();
 }
 

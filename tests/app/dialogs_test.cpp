@@ -903,6 +903,7 @@ TEST(Wiring, PageAndListPreviewsFromThePrintMenuPrintToAPdfPrinter) {
 
   // 120 peaks: the list preview turns its pages, two on A4 portrait and
   // three once the set-up turns the paper.
+  EXPECT_FALSE(w.Action("m15")->isEnabled());  // nothing to list yet
   for (int k = 0; k < 120; ++k) {
     tevo::Peak_Rec p;
     p.Point = 8 * k + 4;
