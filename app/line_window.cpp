@@ -19,6 +19,7 @@
 #include "editing/integrals.h"
 #include "deconvolution/line_results.h"
 #include "line_dialogs.h"
+#include "list_form.h"
 #include "platform/ui.h"
 #include "platform/qt/qt_surface.h"
 #include "session/messages.h"
@@ -202,7 +203,12 @@ Line_Window::Line_Window(Session& session, QWidget* parent) : QDialog(parent), s
     if (const auto path = Ask_Ascii_Path(session_)) deconvolution::Write_Line_Curves(session_, state_, *path);
   });
   add(file, "m41_1", "印刷・プレビュー", false);
-  add(file, "m43", "ピークリストの印刷", false);
+  connect(add(file, "m43", "ピークリストの印刷", true), &QAction::triggered, this, [this] {
+    List_Form form(session_, page::List_Kind::Sim, this, [this](platform::Surface& surf, const page::List_Page& pg) {
+      return page::Print_Sim_List(session_, state_.Peaks, surf, pg);
+    });
+    form.exec();
+  });
   add(file, "m42", "ﾌﾟﾘﾝﾀｰの設定", false);
   connect(add(file, "m51", "閉じる", true), &QAction::triggered, this, &QDialog::close);
   QMenu* calc = bar->addMenu("計算(&C)");

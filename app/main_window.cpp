@@ -41,6 +41,7 @@
 #include "operator_dialog.h"
 #include "overlay_window.h"
 #include "line_window.h"
+#include "list_form.h"
 #include "page_form.h"
 #include "page/page_model.h"
 #include "relax_window.h"
@@ -126,7 +127,9 @@ QAction* Main_Window::Action(const std::string& id) const {
 void Main_Window::Refresh_Edits() {
   const editing::Undo_Menu undo = editing::Undo_Caption(session_);
   Action("m20")->setText(Q(undo.caption));
-  Action("m20")->setEnabled(session::Menu_Enabled(session_)["m20"]);
+  // Undo and the list prints follow every edit of the peaks and integrals.
+  auto enabled = session::Menu_Enabled(session_);
+  for (const char* id : {"m20", "m15", "m17"}) Action(id)->setEnabled(enabled[id]);
   view_->Refresh_Panels();
 }
 
@@ -199,6 +202,13 @@ void Main_Window::Connect_Commands() {
     Page_Form form(session_, this);
     form.exec();
   });
+  // The printed lists: the peaks, the integrals, the array's rows.
+  for (const auto& [id, kind] : {std::pair{"m15", page::List_Kind::Peaks}, std::pair{"m17", page::List_Kind::Integrals},
+                                 std::pair{"m171", page::List_Kind::Array}})
+    connect(Action(id), &QAction::triggered, this, [this, kind = kind] {
+      List_Form form(session_, kind, this);
+      form.exec();
+    });
   for (const session::Layer_Switch& l : session::Layer_Switches()) {
     Action(l.id)->setCheckable(true);
     connect(Action(l.id), &QAction::triggered, this, [this, l] {

@@ -19,6 +19,7 @@
 
 #include "datafiles/vendor_text.h"
 #include "dialog_parts.h"
+#include "list_form.h"
 #include "platform/qt/qt_surface.h"
 #include "relaxation/array_data.h"
 #include "session/messages.h"
@@ -169,6 +170,14 @@ Relax_Window::Relax_Window(Session& session, int32_t region_first, int32_t regio
   QAction* m30 = menu->addAction("表示範囲の変更");
   m30->setObjectName("m30");
   connect(m30, &QAction::triggered, this, &Relax_Window::m30_Click);
+  // The intensities of the series as a printed list, delay against value.
+  QAction* list = menu->addAction("Intensity Listの印刷");
+  list->setObjectName("Print_List");
+  connect(list, &QAction::triggered, this, [this] {
+    if (session_.Intensity_Pairs.empty()) return;
+    List_Form form(session_, page::List_Kind::T1, this);
+    form.exec();
+  });
   layout->setMenuBar(menu);
   combo_ = new QComboBox(this);
   combo_->setObjectName("Combo1");

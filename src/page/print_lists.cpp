@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "deconvolution/line_results.h"
 #include "display/style.h"
 #include "editing/integrals.h"
 #include "editing/peaks.h"
+#include "relaxation/array_data.h"
 #include "page/markup.h"
 #include "page/page_model.h"
 #include "session/number_text.h"
@@ -20,12 +23,15 @@ using display::Setting_Int;
 namespace {
 
 // A column: its head (markup) and the template of its numbers, split at the
-// decimal point so that the point lines up.
+// decimal point so that the point lines up. A text column (the bar of the
+// JEOL form) starts its cells where the whole template ends.
 struct Column {
   std::string head, whole, fraction;
+  bool text = false;
 };
 
 struct Table {
+  bool file_head = true;  // the "File:" and "Comment:" lines of the head block
   std::vector<std::string> titles;  // markup lines under the head block
   std::vector<Column> columns;
   std::vector<std::vector<std::string>> rows;
@@ -51,11 +57,17 @@ bool Print_Table(const Session& s, platform::Surface& surf, const Table_Place& p
   auto line = [&](const std::string& markup, double x) {
     Draw_Markup(surf, 1, markup, x, y, 0, 0, 0, 0, font, k);
   };
-  if (place.head) {
+  if (place.head && t.file_head) {
     line(Plain_To_Inner("File:  " + s.Param.Data_File, font.Charset), left);
     y += p;
     line(Plain_To_Inner("Comment:  " + s.Param.COMNT, font.Charset), left);
-    y += 1.5 * p;
+    y += p;
+    // An array names the row the list was taken from.
+    if (s.Array_Rows > 1) {
+      line("\\< Data No.= " + std::to_string(s.Array_Row + 1), left);
+      y += p;
+    }
+    y += 0.5 * p;
   }
   for (const std::string& title : t.titles) {
     line(title, left);
@@ -79,7 +91,7 @@ bool Print_Table(const Session& s, platform::Surface& surf, const Table_Place& p
     for (std::size_t c = 0; c < t.rows[r].size() && c < x.size(); ++c) {
       const std::string& v = t.rows[r][c];
       const std::string whole = v.substr(0, v.find('.'));
-      line(v, point[c] - Measure_Markup(surf, whole, font, k));
+      line(v, t.columns[c].text ? point[c] : point[c] - Measure_Markup(surf, whole, font, k));
     }
     y += p;
   }
@@ -97,10 +109,45 @@ bool Proton(const Session& s) { return s.Param.OBNUC == "1H"; }
 
 }  // namespace
 
+namespace {
+
+// A number of the list paper: these keys hold text; empty is `def`.
+int List_Paper_Value(const Session& s, const char* key, int def) {
+  const std::string v = display::Setting_Text(s, key, "");
+  return v.empty() ? def : std::atoi(v.c_str());
+}
+
+}  // namespace
+
+void List_Paper_Cm(const Session& s, int code, double& width, double& height) {
+  const int list_code = code > 0 ? code : List_Paper_Value(s, "PAPER SIZE LIST", 9);
+  Paper_Size(list_code, List_Paper_Value(s, "PAPER ORIENTLIST", 0), height, width, true);
+}
+
+int List_Orient(const Session& s) { return List_Paper_Value(s, "PAPER ORIENTLIST", 0); }
+
+List_Page List_Page_At(int n, double dpi) { return {n, Sheet_Pixels(1.5, dpi), dpi / 72.0}; }
+
 Font_Rec List_Font(const Session& s) {
   Font_Rec f;
   f.Face = Fonts().Default_Font;
   return Print_Font(s, "LISTS FONT NAME", "LISTS FONT SIZE", "LISTS FONT BOLD", "LISTS FONT ITAL", f);
+}
+
+bool Store_List_Setup(Session& s, int orient, const Font_Rec& font) {
+  bool changed = false;
+  if (List_Paper_Value(s, "PAPER ORIENTLIST", 0) != orient) {
+    s.settings.Set("PAPER ORIENTLIST", std::to_string(orient));
+    changed = true;
+  }
+  const Font_Rec now = List_Font(s);
+  if (now.Face == font.Face && now.Size == font.Size && now.Bold == font.Bold && now.Italic == font.Italic)
+    return changed;
+  s.settings.Set("LISTS FONT NAME", font.Face);
+  display::Store_Setting(s, "LISTS FONT SIZE", font.Size);
+  display::Store_Setting(s, "LISTS FONT BOLD", font.Bold);
+  display::Store_Setting(s, "LISTS FONT ITAL", font.Italic);
+  return true;
 }
 
 namespace {
@@ -184,6 +231,134 @@ bool Print_Integral_List(Session& s, platform::Surface& surf, const List_Page& p
                       Format_Number(r.B0, "###0.0#####"), Format_Number(r.B1, "###0.0#####")});
   }
   return Print_Table(s, surf, Sheet_Place(s, surf, pg), pg.scale, pg.page, t);
+}
+
+bool Print_Peak_List_Jeol(Session& s, platform::Surface& surf, const List_Page& pg) {
+  const bool h1 = Proton(s);
+  const std::vector<editing::Peak_Row> peaks = editing::Peak_List_Rows(s, false);
+  // The position column counts in the unit of the axis.
+  const char* unit = s.Axis_Unit == 2 ? " KHz" : s.Axis_Unit == 1 ? " Hz" : " PPM";
+  double largest = 0;
+  for (const editing::Peak_Row& r : peaks) largest = std::max(largest, std::fabs(r.height));
+  Table t;
+  t.file_head = false;
+  if (Setting_Int(s, "PRNT LIST HEAD", 1) == 1) {
+    const Font_Rec font = List_Font(s);
+    t.titles = {"\\< COMNT  " + Plain_To_Inner(s.Param.COMNT, font.Charset),
+                "\\< EXREF  " + Format_Number(s.Param.SMEXR, "####0.000") + " PPM     ABOBS  " +
+                    Format_Number(s.Spectrum_Frequency, "####0.000") + " MHz     RESOL  " +
+                    Format_Number(s.Param.RESOL, "####0.000") + " HZ",
+                "\\< MXINT  " + Format_Number(largest, "######0") + "     NGAIN  " +
+                    std::to_string(s.Param.RGAIN) + "     PEAK  " + std::to_string(peaks.size())};
+  }
+  t.columns = {{"\\< NO.", "1234", ""},
+               {"\\< PPM", "12345678", h1 ? ".1234" : ".123"},
+               {"\\< INT(%)", "1234567", ".1"},
+               {"\\< FREQ(HZ)", "123456789012", ".12"},
+               {std::string("\\< POSITION") + unit, "1234567", ".1234567"},
+               {"\\< BAR GRAPH           ", "100", "1234567890123456789012", true}};
+  for (const editing::Peak_Row& r : peaks) {
+    const double hz = r.freq;
+    const double position = s.Axis_Unit == 2 ? hz / 1000 : s.Axis_Unit == 1 ? hz : r.ppm;
+    const char* position_format =
+        s.Axis_Unit == 2 ? "######0.0000000" : s.Axis_Unit == 1 ? "##########0.00" : "########0.0000";
+    // The bar: 22 "+" for the highest peak, fewer in proportion.
+    const double percent = r.strength;
+    const int bar = static_cast<int>(std::lround(std::clamp(percent, 0.0, 100.0) * 22 / 100));
+    t.rows.push_back({std::to_string(r.number), Format_Number(r.ppm, h1 ? "########0.0000" : "########0.000"),
+                      Format_Number(percent, "###0.0"), Format_Number(hz, h1 ? "##########0.00" : "##########0.0"),
+                      Format_Number(position, position_format),
+                      std::string(static_cast<std::size_t>(bar), '+')});
+  }
+  return Print_Table(s, surf, Sheet_Place(s, surf, pg), pg.scale, pg.page, t);
+}
+
+namespace {
+
+// A number of the array and XY lists: `decimals` places at most, one fewer
+// from 10 up, so that larger values keep their column.
+std::string Long_Number(double v, int decimals) {
+  if (std::fabs(v) >= 10) --decimals;
+  return Format_Number(v, "#######0.0" + std::string(static_cast<std::size_t>(decimals - 1), '#'));
+}
+
+}  // namespace
+
+bool Print_Array_List(Session& s, platform::Surface& surf, const List_Page& pg) {
+  // The region of the selection, counted from point 1; none sums nothing.
+  const int32_t lo = std::min(s.Select_Start, s.Select_End), hi = std::max(s.Select_Start, s.Select_End);
+  const int32_t first = lo >= 0 ? std::max(1, lo) : 0, last = lo >= 0 ? std::max(1, hi) : 0;
+  const auto ppm_at = [&](int32_t point) {
+    return s.Spec_Points > 0 ? static_cast<double>(s.Spec_Axis[static_cast<std::size_t>(std::clamp(point, 0, s.Spec_Points - 1))])
+                             : 0.0;
+  };
+  Table t;
+  t.titles = {"\\< Start:  " + Format_Number(ppm_at(last), "####0.000 ppm"),
+              "\\< End:    " + Format_Number(ppm_at(first), "####0.000 ppm")};
+  t.columns = {{"\\< No.", "1234", ""}, {"\\< Parameter", "12345678", ".12345678"},
+               {"\\< Intensity", "12345678", ".12345678"}};
+  const std::vector<double> values = relaxation::Array_List_Values(s, first, last);
+  for (std::size_t r = 0; r < values.size(); ++r) {
+    const double delay = r < s.Delay_List.size() ? s.Delay_List[r] : 0.0;
+    t.rows.push_back({std::to_string(r + 1), Long_Number(delay, 8), Long_Number(values[r], 8)});
+  }
+  return Print_Table(s, surf, Sheet_Place(s, surf, pg), pg.scale, pg.page, t);
+}
+
+bool Print_Sim_List(Session& s, const deconvolution::Sim_Peaks& peaks, platform::Surface& surf,
+                    const List_Page& pg) {
+  const float axis0 = s.Spec_Points > 0 ? s.Spec_Axis[0] : 0.0f;
+  const std::vector<deconvolution::Line_Result_Row> rows =
+      deconvolution::Line_Result_Rows(peaks, axis0, s.Spectrum_Frequency);
+  double highest = 0;
+  for (const auto& r : rows) highest = std::max(highest, std::fabs(static_cast<double>(r.height)));
+  Table t;
+  t.titles = {"\\<  注:  Gauss-Func. = 1: Gauss,  0: Lorentz"};
+  t.columns = {{"\\< No.", "1234", ""},
+               {"\\< Position/ppm", "12345678", ".1234"},
+               {"\\< Width/Hz", "123456", ".123"},
+               {"\\< Height(%)", "1234", ".12"},
+               {"\\< Integral(%)", "1234", ".12"},
+               {"\\< Gauss-Func.(Area(Height))", "1", ".123"}};
+  for (const auto& r : rows)
+    t.rows.push_back({std::to_string(r.number), Format_Number(r.ppm, "###0.0000"), Format_Number(r.width, "####0.000"),
+                      Format_Number(highest > 0 ? 100 * r.height / highest : 0, "##0.00"),
+                      Format_Number(r.relative, "##0.00"), Format_Number(r.gauss, "0.000")});
+  return Print_Table(s, surf, Sheet_Place(s, surf, pg), pg.scale, pg.page, t);
+}
+
+bool Print_T1_List(Session& s, platform::Surface& surf, const List_Page& pg) {
+  Table t;
+  t.titles = {"\\< Operator:  " + Plain_To_Inner(s.User_Name, List_Font(s).Charset)};
+  t.columns = {{"\\< No.", "1234", ""}, {"\\<   (X)  ", "12345678", ".1234567"}, {"\\<   (Y)  ", "12345678", ".1234567"}};
+  // Seven places, six from 10 up, five from 100 up.
+  const auto number = [](double v) { return Long_Number(v, std::fabs(v) >= 100 ? 6 : 7); };
+  for (std::size_t i = 0; i < s.Intensity_Pairs.size(); ++i)
+    t.rows.push_back({std::to_string(i + 1), number(s.Intensity_Pairs[i].t), number(s.Intensity_Pairs[i].y)});
+  return Print_Table(s, surf, Sheet_Place(s, surf, pg), pg.scale, pg.page, t);
+}
+
+const char* List_Caption(List_Kind kind) {
+  switch (kind) {
+    case List_Kind::Peaks: return "プレビュー（Peak List） (";
+    case List_Kind::Integrals: return "プレビュー（Integral List） (";
+    case List_Kind::Array: return "プレビュー（Integral List(Array)） (";
+    case List_Kind::Sim: return "プレビュー（Simulated Peak List） (";
+    case List_Kind::T1: return "プレビュー（T1/T2 Intensity List） (";
+  }
+  return "";
+}
+
+bool Print_List(Session& s, List_Kind kind, int16_t form, platform::Surface& surf, const List_Page& pg) {
+  switch (kind) {
+    case List_Kind::Peaks:
+      return form == 1 ? Print_Peak_List_Jeol(s, surf, pg) : Print_Peak_List(s, surf, pg);
+    case List_Kind::Integrals: return Print_Integral_List(s, surf, pg);
+    case List_Kind::Array: return Print_Array_List(s, surf, pg);
+    case List_Kind::T1: return Print_T1_List(s, surf, pg);
+    case List_Kind::Sim: break;  // the line window's own peaks: Print_Sim_List
+  }
+  return false;
 }
 
 }  // namespace tevo::page

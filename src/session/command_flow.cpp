@@ -175,6 +175,10 @@ std::map<std::string, bool> Menu_Enabled(const Session& s) {
   m["m13"] = loaded && s.settings.Int("ALS SAVE OK") != 0;
   m["m102"] = !s.settings.Recent_Files.empty();
   m["m20"] = loaded && s.Undo_Stack[0].Kind > 0;  // a record to undo
+  // The printed lists need something to list; the array list an array.
+  m["m15"] = loaded && !s.Peaks.empty();
+  m["m17"] = loaded && !s.Integrals.empty();
+  m["m171"] = array;
   // The difference needs a slot with data, the DEPT sums slots 1, 2 and 3.
   bool slot = false;
   for (int k = 1; k <= Overlay_Max; ++k) slot = slot || overlay::Slot_Filled(s, k);
@@ -222,7 +226,7 @@ bool Command_Built(const std::string& id) {
       "NM1D_m1", "m2", "m3", "m40",
       // file
       "NM1D_m11", "NM1D_m111", "NM1D_m112", "m47", "m10", "m13", "m18", "m181", "m183", "m131", "m172", "m173", "RecentFile",
-      "m102", "m19", "m14_1",
+      "m102", "m19", "m14_1", "m15", "m17", "m171",
       // edit
       "m20", "m21", "m22", "m23", "m24", "m25", "m26", "m27", "m273", "m28", "m209", "m291", "m292", "m271", "m272",
       // array data

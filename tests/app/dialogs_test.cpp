@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
@@ -41,6 +42,7 @@
 #include "instrument_dialogs.h"
 #include "lp_dialog.h"
 #include "main_window.h"
+#include "list_form.h"
 #include "page_form.h"
 #include "parameter_dialog.h"
 #include "plot_widget.h"
@@ -862,7 +864,7 @@ TEST(Wiring, CsvParameterWindowAndTheListOfReadableFiles) {
   EXPECT_TRUE(*shown);
 }
 
-TEST(Wiring, PagePreviewFromThePrintMenuPrintsToAPdfPrinter) {
+TEST(Wiring, PageAndListPreviewsFromThePrintMenuPrintToAPdfPrinter) {
   App();
   tevo::Session s;
   tevo::platform::Scripted_Ui ui;
@@ -898,6 +900,62 @@ TEST(Wiring, PagePreviewFromThePrintMenuPrintsToAPdfPrinter) {
   EXPECT_TRUE(*shown);
   EXPECT_EQ(printed, 0);
   EXPECT_EQ(tevo::test::Read_Text(pdf).rfind("%PDF-", 0), 0u);
+
+  // 120 peaks: the list preview turns its pages, two on A4 portrait and
+  // three once the set-up turns the paper.
+  EXPECT_FALSE(w.Action("m15")->isEnabled());  // nothing to list yet
+  for (int k = 0; k < 120; ++k) {
+    tevo::Peak_Rec p;
+    p.Point = 8 * k + 4;
+    p.Freq_Hz = s.Spec_Axis[static_cast<std::size_t>(p.Point)] * static_cast<float>(s.Spectrum_Frequency);
+    s.Peaks.push_back(p);
+  }
+  w.Refresh_State();
+  ASSERT_TRUE(w.Action("m15")->isEnabled());
+  EXPECT_FALSE(w.Action("m171")->isEnabled());  // not an array
+  const std::filesystem::path list_pdf = dir / "list.pdf";
+  printed = -2;
+  auto listed = When_Shown("NMR1D_Form8List", [&](QWidget& d) {
+    auto& form = static_cast<tevo::app::List_Form&>(d);
+    const auto page_text = [&] { return Child<QLabel>(d, "f121")->text(); };
+    EXPECT_EQ(page_text(), "1/2");
+    EXPECT_EQ(d.windowTitle(), "プレビュー（Peak List） (1/2)");
+    Press(d, "f13");
+    EXPECT_EQ(page_text(), "2/2");
+    Press(d, "f13");
+    EXPECT_EQ(page_text(), "2/2");
+    Press(d, "f11");
+    When_Shown("NMR1D_Form8_L_1", [&](QWidget& setup) {
+      Child<QRadioButton>(setup, "Option1")->setChecked(true);  // 横置き
+      Press(setup, "Command1");
+    });
+    Press(d, "f31");
+    EXPECT_EQ(s.settings.Text("PAPER ORIENTLIST"), "1");
+    EXPECT_EQ(s.settings.Text("LISTS FONT NAME"), "");  // the font as it was: not written
+    EXPECT_GT(form.Preview().width(), form.Preview().height());
+    EXPECT_EQ(page_text(), "1/3");
+    const QString dir_name = QCoreApplication::applicationDirPath() + "/screenshots";
+    d.grab().save(dir_name + "/list_preview.png");
+    Press(d, "f13");
+    EXPECT_EQ(page_text(), "2/3");
+    Press(d, "f131");
+    EXPECT_EQ(page_text(), "3/3");
+    // The spectrometer's layout starts again from the first page.
+    const QImage compact = form.Preview();
+    Child<QRadioButton>(d, "Option2")->click();
+    EXPECT_EQ(page_text().left(2), "1/");
+    EXPECT_NE(form.Preview(), compact);
+    d.grab().save(dir_name + "/list_preview_jeol.png");
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(QString::fromStdString(list_pdf.string()));
+    printed = form.Print_On(printer);
+    Press(d, "f00");
+  });
+  w.Action("m15")->trigger();
+  EXPECT_TRUE(*listed);
+  EXPECT_EQ(printed, 0);
+  EXPECT_EQ(tevo::test::Read_Text(list_pdf).rfind("%PDF-", 0), 0u);
 }
 
 }  // namespace

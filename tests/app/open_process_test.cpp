@@ -1223,6 +1223,14 @@ TEST(RelaxWindow, InversionRecoveryFitsOnOpeningAChoiceAndAgainWithKHeld) {
   relax->findChild<QAction*>("m30")->trigger();
   relax->Limits(x0, x1, y0, y1);
   EXPECT_EQ(std::vector<float>({x0, x1, y0, y1}), std::vector<float>({0.2f, 3.0f, -1.0f, 1.0f}));
+  // The series as a printed list: one page.
+  QString list_caption;
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "NMR1D_Form8List"; }, [&](QWidget& w) {
+    list_caption = w.windowTitle();
+    w.findChild<QPushButton*>("f00")->click();
+  });
+  relax->findChild<QAction*>("Print_List")->trigger();
+  EXPECT_EQ(list_caption, "プレビュー（T1/T2 Intensity List） (1/1)");
   Save_Shot(relax, "relax_window");
   relax->close();
 }

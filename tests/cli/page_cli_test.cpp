@@ -122,6 +122,21 @@ TEST(PageCli, AspirinPageAsPdfAndPngAndANativeFilesText) {
   ASSERT_EQ(list(native.string(), "--integrals", dir / "integrals.pdf", "A4"), 0);
   EXPECT_EQ(pages(dir / "integrals.pdf"), 1);
   EXPECT_EQ(list(fid, "--integrals", dir / "none.pdf", "A4"), 1);
+  // The ten rows of a relaxation series, by row and as T1/T2 pairs, on one
+  // page each; the FID is no array; the rows need a region.
+  const std::string series =
+      test::Test_Data_File("bruker-data-test@1.0.0/data/unzipped/inversionRecovery2D/inversionRecovery2D/1").string();
+  auto rows = [&](const std::string& path, const char* kind, const fs::path& out, const char* region) {
+    std::vector<std::string> args{"--home", home, "list", path, kind, "-o", out.string()};
+    if (region) args.insert(args.end(), {"--region", region});
+    return test::Run_Cli(args).exit_code;
+  };
+  ASSERT_EQ(rows(series, "--array", dir / "array.pdf", "0.9,0.8"), 0);
+  EXPECT_EQ(pages(dir / "array.pdf"), 1);
+  ASSERT_EQ(rows(series, "--t1", dir / "t1.pdf", "0.9,0.8"), 0);
+  EXPECT_EQ(pages(dir / "t1.pdf"), 1);
+  EXPECT_EQ(rows(fid, "--array", dir / "none.pdf", "0.9,0.8"), 1);
+  EXPECT_EQ(rows(series, "--t1", dir / "none.pdf", nullptr), 2);
 
   // Unknown paper, or page options without --page: usage errors.
   EXPECT_EQ(render(fid, dir / "x.pdf", {"--paper", "Letter"}), 2);

@@ -7,6 +7,7 @@
 #include <map>
 
 #include "datafiles/quiet_session.h"
+#include "deconvolution/line_model.h"
 #include "display/style.h"
 #include "page/draw_page.h"
 #include "page/page_model.h"
@@ -399,6 +400,116 @@ TEST(Page, PeakListPagesDecimalPointsAndThePagesList) {
   EXPECT_NEAR(leaders[0].from.y - leaders[0].at.y, 0.5 * k, 1);
 }
 
+// The spectrometer's layout of 120 peaks, the array list, the T1/T2 pairs
+// and the fitted lines: the head texts, values as printed, and the pages.
+TEST(Page, JeolArrayT1AndLineListsHeadsValuesAndPages) {
+  Page_Session ps;
+  Session& s = ps.s;
+  Alloc_Point_Arrays(s, 2048);
+  s.Spec_Points = 2048;
+  s.Spectrum_Frequency = 400;
+  s.Param.OBNUC = "1H";
+  s.Axis_Unit = 2;
+  s.Param.RESOL = 5;  // 0.0125 ppm at 400 MHz
+  for (int i = 0; i < 2048; ++i) s.Spec_Axis[static_cast<std::size_t>(i)] = i * 0.0125f;
+  // Peak k (from 0) at point 8 + 16 k, height k + 1: the last is the highest.
+  for (int k = 0; k < 120; ++k) {
+    Peak_Rec p;
+    p.Point = 8 + 16 * k;
+    p.Freq_Hz = s.Spec_Axis[static_cast<std::size_t>(p.Point)] * 400;
+    s.Spec_Re(static_cast<std::size_t>(p.Point), 0) = static_cast<float>(k + 1);
+    s.Peaks.push_back(p);
+  }
+  Build_Disp_Arrays(s, 0);
+  RecordingSurface r(595, 842, 72);
+  const auto texts = [&r] {
+    std::vector<std::string> t;
+    for (const Recorded_Op& op : r.Ops_Of(Recorded_Op::Kind::Text_Out)) t.push_back(op.text);
+    return t;
+  };
+  // A text as drawn, leading spaces aside.
+  const auto has = [](const std::vector<std::string>& t, const std::string& x) {
+    const auto trim = [](const std::string& v) { return v.substr(std::min(v.size(), v.find_first_not_of(' '))); };
+    return std::any_of(t.begin(), t.end(), [&](const std::string& v) { return trim(v) == trim(x); });
+  };
+  // Three head lines and the column heads (6 x 1.5 rows of 10.7 px) under
+  // the 42 px margin leave (800 - 106.2) / 10.7 = 64 rows: two pages.
+  EXPECT_TRUE(Print_List(s, List_Kind::Peaks, 1, r, {0, 42, 1.0}));
+  std::vector<std::string> t = texts();
+  EXPECT_TRUE(has(t, " POSITION KHz"));
+  EXPECT_TRUE(has(t, " MXINT  120     NGAIN  0     PEAK  120"));
+  // Peak 1 at 0.1 ppm = 40 Hz = 0.04 kHz, 1/120 of the highest: no bar;
+  // peak 60 half as high as the highest, with half its 22 "+".
+  EXPECT_TRUE(has(t, "0.1000") && has(t, "40.00") && has(t, "0.0400000") && has(t, "0.8"));
+  EXPECT_TRUE(has(t, "64") && !has(t, "65"));
+  EXPECT_TRUE(has(t, "50.0") && has(t, std::string(11, '+')));  // peak 60
+  r.Forget_Ops();
+  EXPECT_FALSE(Print_List(s, List_Kind::Peaks, 1, r, {1, 42, 1.0}));
+  t = texts();
+  EXPECT_TRUE(has(t, "120") && has(t, "100.0") && has(t, std::string(22, '+')));
+  s.Axis_Unit = 0;
+  r.Forget_Ops();
+  Print_List(s, List_Kind::Peaks, 1, r, {0, 42, 1.0});
+  EXPECT_TRUE(has(texts(), " POSITION PPM"));
+
+  // Three rows of delays 0.01, 0.1 and 1.5 s whose sums over points 1..2
+  // are -2, 1 and 4: printed as parts of 4.
+  s.Array_Rows = 3;
+  s.Spec_Re.Allocate(2048, 3);
+  const float sums[3][2] = {{-1, -1}, {0.25f, 0.75f}, {3, 1}};
+  for (int row = 0; row < 3; ++row)
+    for (int i = 0; i < 2; ++i) s.Spec_Re(static_cast<std::size_t>(i + 1), static_cast<std::size_t>(row)) = sums[row][i];
+  s.Delay_List = {0.01f, 0.1f, 1.5f};
+  s.Select_Start = 2;
+  s.Select_End = 1;
+  r.Forget_Ops();
+  EXPECT_FALSE(Print_List(s, List_Kind::Array, 0, r, {0, 42, 1.0}));
+  t = texts();
+  for (const char* x : {" Data No.= 1", " Start:  0.025 ppm", " End:    0.013 ppm", "0.01", "1.5", "-0.5", "0.25", "1.0"})
+    EXPECT_TRUE(has(t, x)) << x;
+
+  // The T1/T2 pairs: seven places, six from 10 up, five from 100 up.
+  s.User_Name = "山田";
+  s.Intensity_Pairs = {{0.5f, -0.123456789f}, {12.25f, 1}, {123.456789f, 0.5f}};
+  r.Forget_Ops();
+  EXPECT_FALSE(Print_List(s, List_Kind::T1, 0, r, {0, 42, 1.0}));
+  t = texts();
+  for (const char* x : {"-0.1234568", "12.25", "123.45679", "   (X)  "}) EXPECT_TRUE(has(t, x)) << x;
+
+  // Two fitted lines, the second half as high with twice the width.
+  deconvolution::Sim_Peaks lines;
+  lines.Sim_Peak_Count = 2;
+  lines.Peak_Pos[0] = 1.0f;
+  lines.Peak_Width[0] = 2;
+  lines.Peak_Height[0] = 10;
+  lines.Peak_Pos[1] = 2.0f;
+  lines.Peak_Width[1] = 4;
+  lines.Peak_Height[1] = 5;
+  lines.Peak_Gauss[1] = 1;
+  r.Forget_Ops();
+  EXPECT_FALSE(Print_Sim_List(s, lines, r, {0, 42, 1.0}));
+  t = texts();
+  for (const char* x : {" Gauss-Func.(Area(Height))", "100.00", "50.00", "1.000", "4.000", "2.0000"})
+    EXPECT_TRUE(has(t, x)) << x;
+}
+
+// The list setup dialog writes the font only when it differs.
+TEST(Page, ListSetupStoresTheFontOnlyOnARealChange) {
+  Page_Session ps;
+  Session& s = ps.s;
+  Font_Rec font = List_Font(s);
+  EXPECT_FALSE(Store_List_Setup(s, 0, font));
+  EXPECT_EQ(s.settings.Text("LISTS FONT NAME"), "");  // still unset
+  EXPECT_TRUE(Store_List_Setup(s, 1, font));
+  EXPECT_EQ(List_Orient(s), 1);
+  EXPECT_EQ(s.settings.Text("LISTS FONT NAME"), "");
+  font.Size = 12;
+  font.Bold = 1;
+  EXPECT_TRUE(Store_List_Setup(s, 1, font));
+  EXPECT_EQ(List_Font(s).Size, 12.0f);
+  EXPECT_EQ(List_Font(s).Bold, 1);
+  EXPECT_EQ(s.settings.Text("LISTS FONT NAME"), font.Face);
+}
+
 }  // namespace
 }  // namespace tevo::page
-

@@ -117,18 +117,27 @@ void Printer_Paper_mm(const QPrinter& printer, double& width, double& height) {
   height = paper.height();
 }
 
-int Print_Page(QPrinter& printer, const std::function<void(Surface&)>& paint) {
+int Print_Pages(QPrinter& printer, const std::function<bool(Surface&, int)>& paint_page) {
   Ensure_Gui_Application();
   printer.setFullPage(true);
   QPainter painter;
   if (!painter.begin(&printer)) return -1;
   const QRect paper = printer.paperRect(QPrinter::DevicePixel).toRect();
-  {
+  // A runaway list stops at a thousand pages.
+  for (int page = 0; page < 1000; ++page) {
+    if (page > 0 && !printer.newPage()) break;
     QtSurface s(painter, paper.width(), paper.height(), printer.resolution(), false);
     s.Set_Pixel(0, 0, 0xFFFFFF);
-    paint(s);
+    if (!paint_page(s, page)) break;
   }
   return painter.end() ? 0 : -1;
+}
+
+int Print_Page(QPrinter& printer, const std::function<void(Surface&)>& paint) {
+  return Print_Pages(printer, [&paint](Surface& s, int) {
+    paint(s);
+    return false;
+  });
 }
 
 }  // namespace tevo::platform

@@ -45,4 +45,8 @@ void Printer_Paper_mm(const QPrinter& printer, double& width, double& height);
 // the page went out, -1 when the printer could not be opened.
 int Print_Page(QPrinter& printer, const std::function<void(Surface&)>& paint);
 
+// Pages on a printer, each as Print_Page paints one: paint_page paints page
+// n (from 0) and returns whether another follows.
+int Print_Pages(QPrinter& printer, const std::function<bool(Surface&, int)>& paint_page);
+
 }  // namespace tevo::platform
