@@ -11,7 +11,8 @@
 // With --page the printed sheet is painted instead, by the page routine, at
 // --dpi pixels per inch on the paper of the settings or --paper: a native
 // file brings its texts, lines and page settings; when the frame or the
-// parameter block would leave the sheet, they take their standard places.
+// parameter block would leave the sheet, they take their standard places;
+// a black-and-white printer setting ("PRINTER TYPE" 1) inks it all black.
 #include <cmath>
 #include <cstdio>
 #include <filesystem>

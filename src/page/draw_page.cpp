@@ -18,6 +18,7 @@
 #include "page/markup.h"
 #include "page/parameter_block.h"
 #include "page/print_lists.h"
+#include "page/printer_setup.h"
 #include "session/session.h"
 
 namespace tevo::page {
@@ -38,9 +39,13 @@ constexpr Colour White = 0xFFFFFF;
 // the XOR shows the colour). This surface passes everything on in copy mode
 // and, while XOR is asked for, draws colour ^ background, which is the
 // colour the screen would show over its background.
+// For a black-and-white printer every ink is black: any colour but white
+// draws black, white stays the paper's, and so does the background of
+// opaque text.
 class Page_Ink final : public platform::Surface {
  public:
-  Page_Ink(Surface& target, Colour screen_background) : t_(target), base_(screen_background) {
+  Page_Ink(Surface& target, Colour screen_background, bool black_and_white)
+      : t_(target), base_(screen_background), mono_(black_and_white) {
     t_.Set_Raster_Op(Raster_Op::Copy);
   }
   int Width() const override { return t_.Width(); }
@@ -72,7 +77,9 @@ class Page_Ink final : public platform::Surface {
   }
   void Set_Fill_Mode(platform::Fill_Mode mode) override { t_.Set_Fill_Mode(mode); }
   void Set_Background_Mode(platform::Background_Mode mode) override { t_.Set_Background_Mode(mode); }
-  void Set_Background_Colour(Colour colour) override { t_.Set_Background_Colour(colour); }
+  void Set_Background_Colour(Colour colour) override {
+    t_.Set_Background_Colour(mono_ ? White : colour);
+  }
 
   void Move_To(int x, int y) override { t_.Move_To(x, y); }
   void Line_To(int x, int y) override { t_.Line_To(x, y); }
@@ -97,10 +104,14 @@ class Page_Ink final : public platform::Surface {
   void Drop_Picture() override {}
 
  private:
-  Colour Ink(Colour c) const { return xor_ ? (c ^ base_) & 0xFFFFFF : c; }
+  Colour Ink(Colour c) const {
+    const Colour ink = xor_ ? (c ^ base_) & 0xFFFFFF : c;
+    return mono_ && ink != White ? 0 : ink;
+  }
 
   Surface& t_;
   Colour base_;
+  bool mono_;
   bool xor_ = false;
   platform::Pen_Style pen_style_ = platform::Pen_Style::Solid;
   int pen_width_ = 0;
@@ -426,16 +437,20 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
   Page_Geometry g;
   if (!Page_Layout(ps, target.Width(), target.Height(), window, g)) return;
   const Colour screen = Setting_Colour(s, "COL BACKGROUND", White);
-  Page_Ink surf(target, screen);
+  // In black and white the grounds below the drawing (sheet, frame, block
+  // and list) are left white, as the paper is; all else is inked black.
+  const bool mono = Print_Colour_Mode(s) == 1;
+  const auto ground = [mono](Colour c) { return mono ? White : c; };
+  Page_Ink surf(target, screen, mono);
   surf.Set_Background_Colour(White);
   surf.Clear();
 
   // Sheet, frame and the opaque parameter block underneath everything.
-  Fill(surf, g.Sheet, ps.Paper_Colour);
-  Fill(surf, g.Frame, ps.Frame_Fill);
+  Fill(surf, g.Sheet, ground(ps.Paper_Colour));
+  Fill(surf, g.Frame, ground(ps.Frame_Fill));
   const bool param_on = On(s, "DRAW PARAM ON");
   if (param_on && Setting_Int(s, "PARA BGCOL TRANS", 0) == 0)
-    Fill(surf, g.Para, Setting_Colour(s, "PARAMETER BGCOL", White));
+    Fill(surf, g.Para, ground(Setting_Colour(s, "PARAMETER BGCOL", White)));
 
   // The peak list's rectangle counts in parts of the frame, up from its bottom.
   const bool list_on = On(s, "PEAK LIST TABLE");
@@ -446,7 +461,7 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
                         Round_Pixel(list_left + fw * Setting_Num(s, "PEAK LIST WIDTH", 0.3)),
                         Round_Pixel(list_top + fh * Setting_Num(s, "PEAK LIST HEIGHT", 0.5))};
   if (list_on && Setting_Int(s, "PEAK BGCOL TRANS", 0) == 0)
-    Fill(surf, list, Setting_Colour(s, "PEAK LIST BGCOL", White));
+    Fill(surf, list, ground(Setting_Colour(s, "PEAK LIST BGCOL", White)));
 
   display::Plot_Frame f = Page_Frame(g);
   // An array stack slants its rows across the frame as the plot does.

@@ -13,6 +13,7 @@
 #include "page/page_model.h"
 #include "page/parameter_block.h"
 #include "page/print_lists.h"
+#include "page/printer_setup.h"
 #include "platform/recording_surface.h"
 
 namespace tevo::page {
@@ -292,6 +293,52 @@ TEST(Page, AnArrayStackSlantsAcrossTheFrame) {
     });
     EXPECT_TRUE(found) << first << " .. " << last;
   }
+
+  // Black and white: every ink black, the grounds (the tinted sheet and
+  // frame fill) left white as the paper; the rows are still drawn.
+  ps.Set("PRINTER TYPE", 1);
+  ps.Set("PAPER COLOR", 0xE0FFFF);
+  ps.Set("COL BG PRINT", 0xC0C0C0);
+  ps.Set("DRAW SCALE ON", 1);
+  r.Forget_Ops();
+  Draw_Page(s, r);
+  int black_rows = 0;
+  for (const Recorded_Op& op : r.Ops()) {
+    if (op.kind == Recorded_Op::Kind::Line_To && op.from.y == op.at.y && op.colour == 0) ++black_rows;
+    EXPECT_TRUE(op.colour == 0 || op.colour == 0xFFFFFF) << static_cast<int>(op.kind) << " " << op.colour;
+  }
+  EXPECT_GT(black_rows, 3);
+  EXPECT_EQ(r.Ops_Of(Recorded_Op::Kind::Polygon).front().colour, 0xFFFFFF);
+}
+
+TEST(Page, PrinterDialogRowsAndKeys) {
+  EXPECT_EQ(Paper_Code_Of_Index(0), 8);
+  EXPECT_EQ(Paper_Code_Of_Index(1), 9);
+  EXPECT_EQ(Paper_Code_Of_Index(2), 11);
+  EXPECT_EQ(Paper_Code_Of_Index(3), 12);
+  EXPECT_EQ(Paper_Code_Of_Index(4), 13);
+  EXPECT_EQ(Paper_Code_Of_Index(5), 101);
+  EXPECT_EQ(Paper_Code_Of_Index(6), 102);
+  EXPECT_EQ(Paper_Code_Of_Index(7), 9);
+  EXPECT_EQ(Paper_Code_Of_Index(-1), 9);
+  // OK stores the keys, and reading them back gives the dialog's rows.
+  Page_Session ps;
+  Printer_Dialog d;
+  d.Printer = "lab";
+  d.Paper_Index = 4;
+  d.Orient = 1;
+  d.Copies = 0;
+  d.Colour_Mode = 1;
+  EXPECT_EQ(Store_Printer_Setup(ps.s, d).Copies, 1);
+  EXPECT_EQ(ps.s.settings.Int("PAPER SIZE"), 13);
+  EXPECT_EQ(Print_Colour_Mode(ps.s), 1);
+  const Printer_Dialog back = Read_Printer_Setup(ps.s);
+  EXPECT_EQ(back.Printer, "lab");
+  EXPECT_EQ(back.Paper_Index, 4);
+  EXPECT_EQ(back.Orient, 1);
+  // A paper code outside the list shows as A4.
+  ps.Set("PAPER SIZE", 10);
+  EXPECT_EQ(Read_Printer_Setup(ps.s).Paper_Index, 1);
 }
 
 TEST(Page, ParameterLinesTakeTagsCaptionsAndUnits) {
