@@ -47,6 +47,7 @@
 #include "relax_window.h"
 #include "parameter_dialog.h"
 #include "plot_widget.h"
+#include "printer_dialog.h"
 #include "range_dialog.h"
 #include "required_files_dialog.h"
 #include "overlay/slot_edit.h"
@@ -198,6 +199,10 @@ void Main_Window::Connect_Commands() {
     connect(Action("m2101_" + std::to_string(n)), &QAction::triggered, this,
             [this, n] { Edit_Slot(overlay::Edit_Menu_Slot(n), "m21"); });
   }
+  connect(Action("m16"), &QAction::triggered, this, [this] {
+    Printer_Form form(session_, this);
+    form.exec();
+  });
   connect(Action("m14_1"), &QAction::triggered, this, [this] {
     Page_Form form(session_, this);
     form.exec();

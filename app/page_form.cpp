@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "display/style.h"
+#include "printer_dialog.h"
 #include "page/draw_page.h"
 #include "platform/qt/qt_output.h"
 #include "platform/qt/qt_surface.h"
@@ -88,6 +89,7 @@ int Page_Form::Print_On(QPrinter& printer) {
 
 void Page_Form::Print() {
   QPrinter printer(QPrinter::HighResolution);
+  Apply_Printer_Setup(session_, printer);
   QPrintDialog dialog(&printer, this);
   if (dialog.exec() != QDialog::Accepted) return;
   if (Print_On(printer) < 0)

@@ -15,6 +15,7 @@
 #include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QSignalSpy>
 #include <QTableWidget>
 #include <QStackedWidget>
@@ -46,6 +47,7 @@
 #include "page_form.h"
 #include "parameter_dialog.h"
 #include "plot_widget.h"
+#include "printer_dialog.h"
 #include "qt_ui.h"
 #include "platform/ui.h"
 #include "range_dialog.h"
@@ -874,6 +876,27 @@ TEST(Wiring, PageAndListPreviewsFromThePrintMenuPrintToAPdfPrinter) {
   tevo::app::Main_Window w(s);
   w.Refresh_State();
   ASSERT_TRUE(w.Action("m14_1")->isEnabled());
+  // The printer set-up: A4 kept, black and white, no copies typed (one),
+  // both sides bound at the top.
+  auto set_up = When_Shown("Form501", [&](QWidget& d) {
+    EXPECT_EQ(Child<QComboBox>(d, "Combo2")->count(), 7);
+    Child<QComboBox>(d, "Combo2")->setCurrentIndex(1);
+    Child<QSpinBox>(d, "Text1")->setValue(0);
+    Child<QCheckBox>(d, "Check1")->setChecked(true);
+    Child<QRadioButton>(d, "Option4")->setChecked(true);
+    Child<QCheckBox>(d, "Check2")->setChecked(true);
+    const QString dir_name = QCoreApplication::applicationDirPath() + "/screenshots";
+    QDir().mkpath(dir_name);
+    d.grab().save(dir_name + "/Form501.png");
+    Press(d, "Command1");
+  });
+  w.Action("m16")->trigger();
+  EXPECT_TRUE(*set_up);
+  EXPECT_EQ(s.settings.Int("PRINTER TYPE"), 1);
+  EXPECT_EQ(s.settings.Int("PAPER SIZE"), 9);
+  QPrinter set_printer;
+  tevo::app::Apply_Printer_Setup(s, set_printer);
+  EXPECT_EQ(set_printer.copyCount(), 1);
   tevo::test::Temp_Dir dir;
   const std::filesystem::path pdf = dir / "printed.pdf";
   int printed = -2;
@@ -886,6 +909,14 @@ TEST(Wiring, PageAndListPreviewsFromThePrintMenuPrintToAPdfPrinter) {
     for (int y = 0; y < form.Preview().height(); ++y)
       for (int x = 0; x < form.Preview().width(); ++x) ink += qGray(form.Preview().pixel(x, y)) < 128;
     EXPECT_GT(ink, 500);
+    // Black and white: greys of the edges at most, no colour.
+    int coloured = 0;
+    for (int y = 0; y < form.Preview().height(); ++y)
+      for (int x = 0; x < form.Preview().width(); ++x) {
+        const QRgb c = form.Preview().pixel(x, y);
+        coloured += qRed(c) != qGreen(c) || qGreen(c) != qBlue(c);
+      }
+    EXPECT_EQ(coloured, 0);
     const QString dir_name = QCoreApplication::applicationDirPath() + "/screenshots";
     QDir().mkpath(dir_name);
     d.grab().save(dir_name + "/NMR1D_Form8.png");
