@@ -20,6 +20,8 @@
 #include "deconvolution/line_results.h"
 #include "line_dialogs.h"
 #include "list_form.h"
+#include "printer_dialog.h"
+#include "style_dialog.h"
 #include "platform/ui.h"
 #include "platform/qt/qt_surface.h"
 #include "session/messages.h"
@@ -209,13 +211,26 @@ Line_Window::Line_Window(Session& session, QWidget* parent) : QDialog(parent), s
     });
     form.exec();
   });
-  add(file, "m42", "ﾌﾟﾘﾝﾀｰの設定", false);
+  connect(add(file, "m42", "ﾌﾟﾘﾝﾀｰの設定", true), &QAction::triggered, this, [this] {
+    Printer_Form form(session_, this);
+    form.exec();
+  });
   connect(add(file, "m51", "閉じる", true), &QAction::triggered, this, &QDialog::close);
   QMenu* calc = bar->addMenu("計算(&C)");
   connect(add(calc, "m21", "計算の開始", true), &QAction::triggered, this, &Line_Window::Start_Fit);
   QMenu* edit = bar->addMenu("編集(&E)");
   undo_ = add(edit, "m34", "UnDo", false);
   connect(undo_, &QAction::triggered, this, &Line_Window::Undo);
+  // The fonts, colours and lines of this window's plot and of its print.
+  QMenu* settings = bar->addMenu("設定(&S)");
+  for (const auto& [id, form] : {std::pair{"m311", "SpecSim_Form3_0"}, std::pair{"m312", "SpecSim_Form3_1"}}) {
+    const display::Style_Form* table = display::Find_Style_Form(form);
+    connect(add(settings, id, table->title, true), &QAction::triggered, this, [this, table] {
+      Style_Dialog dialog(session_, *table, this);
+      connect(&dialog, &Style_Dialog::changed, plot_, qOverload<>(&QWidget::update));
+      dialog.exec();
+    });
+  }
 
   // Toolbar1: the three click modes, delete all, manual setting, the list.
   auto* tools = new QHBoxLayout;

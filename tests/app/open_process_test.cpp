@@ -732,6 +732,18 @@ TEST(LineWindow, TwoClicksOnADoubletFitOntoItsLines) {
   EXPECT_EQ(st.Peaks.Sim_Peak_Count, 3);
   QTest::mouseClick(plot, Qt::RightButton, {}, at(7.0662));
   EXPECT_GT(st.Peaks.Peak_Height[0], 0.0f);  // from the slope under the click
+  // The display and print styles and the printer set-up open from the menus.
+  for (const auto& [id, form] : {std::pair{"m311", "SpecSim_Form3_0"}, std::pair{"m312", "SpecSim_Form3_1"},
+                                 std::pair{"m42", "Form501"}}) {
+    auto opened = std::make_shared<bool>(false);
+    tevo::test::When_Window_Shown([form = form](QWidget* w) { return w->objectName() == form; },
+                                  [opened](QWidget& w) {
+                                    *opened = true;
+                                    static_cast<QDialog&>(w).reject();
+                                  });
+    lines->Action(id)->trigger();
+    EXPECT_TRUE(*opened) << id;
+  }
   // SpecSim_Form9: a press of WidthInc widens line 1 by 5 %, one undo record.
   const float width = st.Peaks.Peak_Width[0];
   tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "SpecSim_Form9"; },
