@@ -120,7 +120,8 @@ std::optional<std::vector<Bruker_Label>> Load_Labels(const std::string& path, in
 std::string Date_Text_Of(double seconds) {
   static const char* const months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                        "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-  const auto t = static_cast<std::time_t>(seconds);
+  // A damaged date is held to the years 1970 .. 9999 before the conversion.
+  const auto t = static_cast<std::time_t>(std::isfinite(seconds) ? std::clamp(seconds, 0.0, 253402300799.0) : 0.0);
   std::tm tm{};
   gmtime_r(&t, &tm);
   char buf[64];

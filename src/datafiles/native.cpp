@@ -477,6 +477,9 @@ class Reader {
     if (!a.present || a.size < History_Head) return;
     const int32_t n = r_.I32(a.off);
     if (n < 0 || static_cast<size_t>(n) > (a.size - History_Head) / History_Entry) return;
+    // The section's size may claim more than the file holds: the entries
+    // must be present, or none is taken.
+    if (!r_.Has(a.off, History_Head + History_Entry * static_cast<size_t>(n))) return;
     s_.Measured_By = r_.Text(a.off + 4, History_Field);
     s_.Transformed_By = r_.Text(a.off + 4 + History_Field, History_Field);
     s_.Transformed_Date = r_.Text(a.off + 4 + 2 * History_Field, History_Field);
