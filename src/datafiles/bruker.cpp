@@ -16,6 +16,7 @@
 #include "datafiles/decoders.h"
 #include "datafiles/nucleus.h"
 #include "datafiles/parameter_forms.h"
+#include "datafiles/date_text.h"
 #include "datafiles/vendor_text.h"
 #include "platform/ui.h"
 #include "relaxation/array_data.h"
@@ -120,8 +121,7 @@ std::optional<std::vector<Bruker_Label>> Load_Labels(const std::string& path, in
 std::string Date_Text_Of(double seconds) {
   static const char* const months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                        "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-  // A damaged date is held to the years 1970 .. 9999 before the conversion.
-  const auto t = static_cast<std::time_t>(std::isfinite(seconds) ? std::clamp(seconds, 0.0, 253402300799.0) : 0.0);
+  const std::time_t t = Clamped_Epoch_Seconds(seconds);
   std::tm tm{};
   gmtime_r(&t, &tm);
   char buf[64];

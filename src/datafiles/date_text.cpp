@@ -1,5 +1,6 @@
 #include "datafiles/date_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <vector>
@@ -112,6 +113,11 @@ Date_Text Parse_Date_Text(const std::string& text) {
   if (d.Hour > 23 || d.Minute > 59 || d.Second > 60) d.Hour = d.Minute = d.Second = 0;
   d.Year = year, d.Month = month, d.Day = day;
   return d;
+}
+
+std::time_t Clamped_Epoch_Seconds(double seconds) {
+  if (!(seconds > 0)) return 0;  // NaN too
+  return static_cast<std::time_t>(std::min(seconds, 253402300799.0));
 }
 
 }  // namespace tevo::datafiles

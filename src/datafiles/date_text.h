@@ -2,6 +2,7 @@
 // "Mon Jan 14 10:12:00 2008", "2008/01/14 10:12", "2008年1月14日").
 #pragma once
 
+#include <ctime>
 #include <string>
 
 namespace tevo::datafiles {
@@ -20,5 +21,9 @@ struct Date_Text {
 // needed. Two-digit years below 70 are 20xx, others 19xx. Text that can't be
 // split leaves date and time 0.
 Date_Text Parse_Date_Text(const std::string& text);
+
+// Seconds after 1970 as a file gave them, held to the years 1970 .. 9999
+// (NaN gives 0), so that a damaged header's date converts without overflow.
+std::time_t Clamped_Epoch_Seconds(double seconds);
 
 }  // namespace tevo::datafiles

@@ -12,6 +12,7 @@
 
 #include "datafiles/nucleus.h"
 #include "datafiles/vendor_read.h"
+#include "datafiles/date_text.h"
 #include "datafiles/vendor_text.h"
 #include "platform/ui.h"
 #include "session/messages.h"
@@ -61,7 +62,7 @@ const Ecp_Param* Find(const std::vector<Ecp_Param>& params, const char* name) {
 
 std::string Date_Since_1990(double seconds) {
   // 1990-01-01 00:00:00 UTC is 631152000 s after 1970.
-  const auto t = static_cast<std::time_t>(631152000.0 + seconds);
+  const std::time_t t = Clamped_Epoch_Seconds(631152000.0 + seconds);
   std::tm tm{};
   gmtime_r(&t, &tm);
   char buf[64];
@@ -341,7 +342,7 @@ int Read_Ecp(Session& s, const std::string& path) {
     s.Spectrum_Frequency = zero_ppm;
     s.Acq_Mode = 0;
     const double delay = fid ? Ecp_Filter_Delay(params, p.FREQU) : 0;
-    s.Fid_Shift_Preset = delay > 0 ? static_cast<int32_t>(std::nearbyint(delay)) : -1;
+    s.Fid_Shift_Preset = delay > 0 ? To_Int32(std::nearbyint(delay)) : -1;
     s.Vendor_Zero_Frequency = fid ? zero_ppm : 0.0;
     if (!fid) Update_Scale_Values(s);
     s.ui->Wait_Cursor(false);
