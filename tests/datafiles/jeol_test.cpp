@@ -162,33 +162,13 @@ TEST(Jeol, ClippedSpectraPutTheirLinesWhereTheHeaderSays) {
   }
 }
 
-TEST(Jeol, TwoDimensionalAndDamagedFilesAreRefused) {
+TEST(Jeol, DamagedHeadersAreRefused) {
   Quiet_Session q;
   ASSERT_EQ(Read_Ecp(q.s, Jeol("phosphorus.jdf")), 0);
   const float kept = q.s.Fid_Re(100);
-  for (const char* name : {"Rutin_3080ug200uL_DMSOd6_COSY_400MHz_Jeol.jdf",
-                           "EC=8EC_2m200u_MeOD_bzhou21_20190328_HSQC-1-1.jdf",
-                           "EC=8C_5m200u_MeOD_bzhou21_20190228_HMBCabs-1-1.jdf"}) {
-    SCOPED_TRACE(name);
-    EXPECT_EQ(Check_Ecp(Jeol(name)).status, 2);
-    EXPECT_EQ(Read_Ecp(q.s, Jeol(name)), 1);
-    EXPECT_EQ(q.Last_Message(), "2D Data !");
-    EXPECT_EQ(q.s.Fid_Re(100), kept);
-  }
   const auto whole = test::Read_Bytes(Jeol("fluorine.jdf"));
   test::Temp_Dir dir;
   const auto path = (dir / "cut.jdf").string();
-  for (std::size_t cut : {std::size_t{0}, std::size_t{7}, std::size_t{40}, std::size_t{1300},
-                          std::size_t{3000}, std::size_t{20000},
-                          std::size_t{16384 + 524288 - 1} /* data start + length - 1 */}) {
-    SCOPED_TRACE(cut);
-    test::Write_Bytes(path, {whole.begin(), whole.begin() + cut});
-    const std::size_t shown = q.ui.shown.size();
-    EXPECT_NE(Read_Ecp(q.s, path), 0);
-    EXPECT_GT(q.ui.shown.size(), shown);
-    EXPECT_EQ(q.s.Fid_Re(100), kept);
-    EXPECT_EQ(q.s.Param.OBNUC, "31P");
-  }
   // Damaged headers: a wrong banner, a parameter block that points past the
   // end, a data start beyond the file, an axis unit not read.
   auto damaged = [&](std::size_t at, std::vector<uint8_t> with) {
