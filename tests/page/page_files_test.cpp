@@ -57,8 +57,8 @@ TEST(PageFiles, EveryObjectKindThroughTheNativeFileLooksTheSameInPngPdfAndSvg) {
   ASSERT_EQ(s.Integrals.size(), 2u);
   Inset_Rec inset = display::New_Inset_Record(s);
   inset.Frame_X0 = 0.05f, inset.Frame_X1 = 0.35f, inset.Frame_Y0 = 0.45f, inset.Frame_Y1 = 0.85f;
-  inset.Inset_Left = 8.2f, inset.Inset_Right = 6.9f, inset.Inset_Y_Full = s.Max_Abs;
-  inset.Show_Border = 1;
+  inset.Inset_Left = 8.2f, inset.Inset_Right = 6.9f, inset.Inset_Y_Full = inset.Inset_Y_Mag * s.Y_Mag;
+  inset.Show_Border = 1, inset.Line_Colour = 0x800000;
   s.Insets.push_back(inset);
   ASSERT_TRUE(overlay::Copy_Slot(s, 0, 1));
   s.Overlay[1].Slot_Show = 1;
