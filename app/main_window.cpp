@@ -40,6 +40,7 @@
 #include "menu_tree.h"
 #include "operator_dialog.h"
 #include "overlay_window.h"
+#include "image_window.h"
 #include "line_window.h"
 #include "list_form.h"
 #include "page_form.h"
@@ -228,6 +229,7 @@ void Main_Window::Connect_Commands() {
     session_.Mouse_Tool = open ? display::Tool_Cursor_Pair : display::Tool_None;
     Refresh_State();
   });
+  connect(Action("m39"), &QAction::triggered, this, &Main_Window::Show_Image_Window);
   connect(Action("m35"), &QAction::triggered, this, [this] {
     display::Save_Mag(session_);
     display::View_After_Load(session_);
@@ -283,6 +285,7 @@ void Main_Window::Refresh_State() {
   Refresh_Edits();
   setWindowTitle(Q(session::Window_Caption(session_.Open_Name)));
   if (overlays_ != nullptr) overlays_->Refresh();
+  if (images_ != nullptr) images_->Picture()->update();  // another data set's picture
   Rebuild_Recent_Menu();
   Refresh_View();
 }
@@ -431,6 +434,15 @@ void Main_Window::On_Line_Separation() {
   lines_->show();
 }
 
+void Main_Window::Show_Image_Window() {
+  if (images_ == nullptr) {
+    images_ = new Image_Window(session_, this);
+    connect(images_, &Image_Window::changed, this, &Main_Window::Refresh_State);
+  }
+  images_->show();
+  images_->raise();
+}
+
 void Main_Window::On_Files_Dropped(const QStringList& paths) {
   // One file opens; several make one array of individual files.
   std::vector<std::string> files;
@@ -455,6 +467,9 @@ void Main_Window::Start(const std::string& home, const std::string& exe_path, co
   // "START MODE" 1 opens the environment window once the main window runs.
   if (r.go_on && r.show_environment && interactive)
     QTimer::singleShot(0, this, [this] { On_Style("NMR1D_Form3"); });
+  // "STRUCTURE DISP" 1: the image window comes up on top of the main window.
+  if (r.go_on && r.show_structure)
+    QTimer::singleShot(0, this, &Main_Window::Show_Image_Window);
   if (Action("m12")) Action("m12")->setVisible(r.jeol_disk_reader);
   Refresh_State();
 }

@@ -20,6 +20,7 @@ namespace tevo::app {
 class Overlay_Window;
 class Relax_Window;
 class Line_Window;
+class Image_Window;
 
 class Main_Window : public QMainWindow {
   Q_OBJECT
@@ -48,6 +49,10 @@ class Main_Window : public QMainWindow {
   Relax_Window* Relaxation() const { return relax_; }
   // SpecSim_Form1 once m51 has opened it.
   Line_Window* Lines() const { return lines_; }
+  // Form110 once m39 (or the start with "STRUCTURE DISP" 1) has opened it.
+  Image_Window* Images() const { return images_; }
+  // m39: the image window, made once and shown again, on top.
+  void Show_Image_Window();
 
   // The start-up steps that need the window's Ui (settings, user choice,
   // work marker, command line); the window is not shown yet. Not
@@ -120,6 +125,7 @@ class Main_Window : public QMainWindow {
   Overlay_Window* overlays_ = nullptr;  // NMR1D_Form6
   Relax_Window* relax_ = nullptr;  // T1Cal_Form1
   Line_Window* lines_ = nullptr;  // SpecSim_Form1
+  Image_Window* images_ = nullptr;  // Form110
   bool started_ = false;  // the start-up ran: the end writes settings and removes markers
 };
 

@@ -1,16 +1,20 @@
 // The printed sheet: a whole A4 page at 300 dpi (2480 x 3508 pixels) with a
 // spectrum of 524288 points, its axis, 40 peak values, six integrals, an
 // inset, the parameter block, a text and an arrow, painted by the page
-// routine into an image as the PNG export and the printer get it.
+// routine into an image as the PNG export and the printer get it. The full
+// case adds two more insets and nine overlays, all drawn ("DRAW MULTI VIEW",
+// "DRAW MULTI SPEC").
 #include <benchmark/benchmark.h>
 
 #include <cmath>
 
 #include "display/insets.h"
 #include "display/style.h"
+#include "overlay/overlay_set.h"
 #include "page/draw_page.h"
 #include "page/page_model.h"
 #include "platform/recording_surface.h"
+#include "platform/ui.h"
 #include "session/session.h"
 #ifdef TEVO_HAVE_QT_SURFACE
 #include <QImage>
@@ -69,6 +73,28 @@ void Fill_Page(tevo::Session& s, int32_t n) {
   tevo::page::Standard_Page_Places(s);
 }
 
+// Three insets (each over two of the lines) and nine overlay slots holding
+// the spectrum, stacked 4 % apart.
+void Fill_Full_Page(tevo::Session& s, tevo::platform::Scripted_Ui& ui, int32_t n) {
+  Fill_Page(s, n);
+  ui.quiet = true;
+  s.ui = &ui;
+  for (int k = 1; k <= 2; ++k) {
+    tevo::Inset_Rec inset = s.Insets.front();
+    inset.Frame_X0 = 0.05f + 0.3f * static_cast<float>(k - 1), inset.Frame_X1 = inset.Frame_X0 + 0.25f;
+    inset.Inset_Left = static_cast<float>(Line_Ppm[2 * k - 1] + 0.1);
+    inset.Inset_Right = static_cast<float>(Line_Ppm[2 * k - 2] - 0.1);
+    s.Insets.push_back(inset);
+  }
+  for (int k = 1; k <= 9; ++k) {
+    tevo::overlay::Copy_Slot(s, 0, k);
+    s.Overlay[static_cast<std::size_t>(k)].Slot_Show = 1;
+    s.Overlay[static_cast<std::size_t>(k)].Slot_Y_Offset = 0.04f * static_cast<float>(k);
+  }
+  tevo::display::Store_Setting(s, "DRAW MULTI VIEW", 1);
+  tevo::display::Store_Setting(s, "DRAW MULTI SPEC", 1);
+}
+
 void BM_Draw_Page_Recording(benchmark::State& state) {
   tevo::Session s;
   Fill_Page(s, static_cast<int32_t>(state.range(0)));
@@ -96,6 +122,22 @@ void BM_Draw_Page_QImage_A4_300dpi(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_Draw_Page_QImage_A4_300dpi)->Arg(524288)->Unit(benchmark::kMillisecond);
+
+void BM_Draw_Page_Full_A4_300dpi(benchmark::State& state) {
+  tevo::platform::Ensure_Gui_Application();
+  tevo::platform::Probe_Font_Table();
+  tevo::Session s;
+  tevo::platform::Scripted_Ui ui;
+  Fill_Full_Page(s, ui, static_cast<int32_t>(state.range(0)));
+  QImage image(2480, 3508, QImage::Format_RGB32);
+  for (auto _ : state) {
+    tevo::platform::QtSurface surf(image, 300);
+    tevo::page::Draw_Page(s, surf);
+    benchmark::DoNotOptimize(image.constBits());
+  }
+  state.counters["insets"] = static_cast<double>(s.Insets.size());
+}
+BENCHMARK(BM_Draw_Page_Full_A4_300dpi)->Arg(524288)->Unit(benchmark::kMillisecond);
 #endif
 
 }  // namespace

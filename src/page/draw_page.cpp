@@ -40,8 +40,8 @@ constexpr Colour White = 0xFFFFFF;
 // and, while XOR is asked for, draws colour ^ background, which is the
 // colour the screen would show over its background.
 // For a black-and-white printer every ink is black: any colour but white
-// draws black, white stays the paper's, and so does the background of
-// opaque text.
+// draws black (a picture's pixels too), white stays the paper's, and so
+// does the background of opaque text.
 class Page_Ink final : public platform::Surface {
  public:
   Page_Ink(Surface& target, Colour screen_background, bool black_and_white)
@@ -96,8 +96,9 @@ class Page_Ink final : public platform::Surface {
     return t_.Text_Extent(text, font, height_px, weight);
   }
   bool Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
-                    bool white_clear) override {
-    return t_.Draw_Picture(x, y, w, h, bytes, white_clear);
+                    platform::Picture_Ink ink) override {
+    ink.black = ink.black || mono_;
+    return t_.Draw_Picture(x, y, w, h, bytes, ink);
   }
   void Clear() override { t_.Clear(); }
   void Keep_Picture() override {}
@@ -531,11 +532,12 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
   if (On(s, "DRAW COMMENT")) Draw_Comment(s, surf, g, axis_bottom);
   if (On(s, "PRINT TEXT")) {
     // Pictures first, in their order, then texts and lines over them. A
-    // picture the surface cannot show (a metafile for now) is left out.
+    // picture the surface cannot show is left out.
     for (const Image_Rec& p : s.Images)
       surf.Draw_Picture(g.Frame_X(p.Left), g.Frame_Y(p.Top),
                         Round_Pixel(p.Width * (g.Frame.Right - g.Frame.Left)),
-                        Round_Pixel(p.Height * (g.Frame.Bottom - g.Frame.Top)), p.Body, false);
+                        Round_Pixel(p.Height * (g.Frame.Bottom - g.Frame.Top)), p.Body,
+                        {.white_clear = p.Extra != 0});
     Draw_Texts(s, surf, g);
     for (const Line_Rec& l : s.Lines) Draw_Page_Line(surf, g, l);
   }

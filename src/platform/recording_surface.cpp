@@ -129,11 +129,12 @@ Text_Size RecordingSurface::Text_Extent(std::string_view text, const Font_Rec& f
 }
 
 bool RecordingSurface::Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
-                                    bool white_clear) {
+                                    Picture_Ink ink) {
   Recorded_Op& op = Add(Recorded_Op::Kind::Picture);
   op.points = {{x, y}, {x + w, y + h}};
   op.value = static_cast<int>(bytes.size());
-  op.width = white_clear ? 1 : 0;
+  op.width = ink.white_clear ? 1 : 0;
+  op.colour = ink.black ? 0 : Invalid_Colour;
   return true;
 }
 

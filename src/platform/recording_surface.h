@@ -88,10 +88,11 @@ class RecordingSurface : public Surface {
   Text_Size Text_Extent(std::string_view text, const Font_Rec& font, double height_px,
                         int weight = 400) override;
 
-  // Records the rectangle (points), the byte count (value) and white_clear
-  // (width); reports the picture as drawn.
+  // Records the rectangle (points), the byte count (value), white_clear
+  // (width 1) and black (colour 0, else Invalid_Colour); reports the picture
+  // as drawn.
   bool Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
-                    bool white_clear) override;
+                    Picture_Ink ink) override;
 
   void Clear() override;
   void Keep_Picture() override;

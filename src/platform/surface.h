@@ -58,6 +58,12 @@ struct Text_Size {
   bool operator==(const Text_Size&) const = default;
 };
 
+// How a picture's pixels go onto the surface.
+struct Picture_Ink {
+  bool white_clear = false;  // its white pixels leave what lies below visible
+  bool black = false;        // every pixel that is not white is drawn black
+};
+
 // Colour helpers for 0xBBGGRR.
 inline constexpr int Red_Of(Colour c) { return c & 0xFF; }
 inline constexpr int Green_Of(Colour c) { return (c >> 8) & 0xFF; }
@@ -122,13 +128,13 @@ class Surface {
                                 int weight = 400) = 0;
 
   // --- Pictures ---
-  // Draws a picture given as the bytes of an image file (PNG, JPEG, BMP,
-  // ICO) stretched over w x h pixels from (x, y); with white_clear its white
-  // pixels leave what lies below visible. False, and nothing drawn, when the
-  // surface shows no pictures or cannot read the bytes.
+  // Draws a picture given as the bytes of a picture file stretched over
+  // w x h pixels from (x, y). Raster files (PNG, JPEG, BMP, ICO) and
+  // metafiles (EMF, WMF) are told apart by their bytes. False, and nothing
+  // drawn, when the surface shows no pictures or cannot read the bytes.
   virtual bool Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
-                            bool white_clear) {
-    (void)x, (void)y, (void)w, (void)h, (void)bytes, (void)white_clear;
+                            Picture_Ink ink) {
+    (void)x, (void)y, (void)w, (void)h, (void)bytes, (void)ink;
     return false;
   }
 

@@ -20,8 +20,14 @@
 #include "support/test_support.h"
 #include <filesystem>
 #include <functional>
+#include "image_window.h"
 #include "main_window.h"
 #include "menu_tree.h"
+#include "support/picture_bytes.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QMimeData>
 
 namespace {
 
@@ -63,7 +69,7 @@ TEST(MainWindow, MenuTreeCaptionsAndEnablingFollowTheData) {
   EXPECT_TRUE(window.Action("m341")->isChecked());
   EXPECT_TRUE(window.Action("m342")->isEnabled());  // the stack placement
   // Commands without their code stay disabled, whatever the data.
-  for (const char* id : {"m20", "m45", "m39"})
+  for (const char* id : {"m20", "m45"})
     EXPECT_FALSE(window.Action(id)->isEnabled()) << id;
   EXPECT_TRUE(window.Action("m102")->isVisible());
   auto* file_menu = window.menuBar()->findChild<QMenu*>("NM1D_m1");
@@ -215,6 +221,77 @@ TEST(MainWindow, ScrollBarThumbIsTheShownShareAndPagesByOneWindow) {
   EXPECT_NEAR(session.X_Right, first, 1e-3);
   EXPECT_NEAR(session.X_Left - session.X_Right, w, 1e-3);
   EXPECT_EQ(bar->value(), bar->maximum());  // the repaint put the bar back where it was dragged
+}
+
+// Form110: shown at the start when "STRUCTURE DISP" is 1, on top; a
+// metafile read from a file fills it, stretched; a file that is no picture
+// is refused; the picture goes to the clipboard and comes back from it.
+TEST(MainWindow, ImageWindowShowsLoadsCopiesAndPastesTheStructurePicture) {
+  App();
+  tevo::test::Temp_Dir home;
+  tevo::test::Write_Text(home / "1DCommon.ini", "1D Common Setting\r\nUSER MODE           1\r\n");
+  tevo::test::Write_Text(home / "NMRCOL.INI", "1D Initial setting\r\nSTRUCTURE DISP  ; 1\r\n");
+  tevo::Session session;
+  tevo::app::Main_Window window(session);
+  window.Start(home.path().string(), "", "");
+  ASSERT_TRUE(window.Started());
+  window.show();
+  QApplication::processEvents();
+  tevo::app::Image_Window* images = window.Images();
+  ASSERT_NE(images, nullptr);
+  EXPECT_TRUE(images->isVisible());
+  EXPECT_TRUE(images->windowFlags() & Qt::WindowStaysOnTopHint);
+  EXPECT_EQ(images->Action("Menu_Load")->text(), QString::fromUtf8("メタファイルの読み込み"));
+
+  const std::vector<uint8_t> emf = tevo::test::Emf_Picture(0x0000FF, 0xFF0000);
+  tevo::test::Write_Bytes(home / "structure.emf", emf);
+  session.Data_Saved = 1;
+  ASSERT_TRUE(images->Load_File((home / "structure.emf").string()));
+  EXPECT_EQ(session.Structure.Body, emf);
+  EXPECT_EQ(session.Data_Saved, 0);
+  // Stretched over Picture1: the rectangle's middle (50 %, 40 %) is red,
+  // the line at 85 % blue, whatever the window's shape.
+  images->resize(360, 200);
+  QApplication::processEvents();
+  QWidget* picture = images->Picture();
+  const QImage shot = picture->grab().toImage();
+  const QString dir = QCoreApplication::applicationDirPath() + "/screenshots";
+  QDir().mkpath(dir);
+  images->grab().save(dir + "/Form110.png");
+  const int w = shot.width(), h = shot.height();
+  EXPECT_EQ(shot.pixel(w / 2, h * 2 / 5) & 0xFFFFFF, 0xFF0000u);
+  EXPECT_EQ(shot.pixel(w / 2, h * 85 / 100) & 0xFFFFFF, 0x0000FFu);
+  EXPECT_EQ(shot.pixel(w / 10, h / 10) & 0xFFFFFF, 0xFFFFFFu);
+
+  tevo::test::Write_Text(home / "broken.emf", "not a picture");
+  Press_In_Message("Command1");
+  EXPECT_FALSE(images->Load_File((home / "broken.emf").string()));
+  EXPECT_EQ(session.Structure.Body, emf);
+
+  // To the clipboard: the picture as an image and the metafile's bytes; an
+  // image alone comes back as PNG, a Windows metafile as itself.
+  images->Action("Menu_Copy")->trigger();
+  const QMimeData* copied = QApplication::clipboard()->mimeData();
+  ASSERT_NE(copied, nullptr);
+  EXPECT_TRUE(copied->hasImage());
+  EXPECT_EQ(copied->data("image/x-emf"), QByteArray(reinterpret_cast<const char*>(emf.data()), emf.size()));
+  QImage green(4, 4, QImage::Format_RGB32);
+  green.fill(Qt::green);
+  QApplication::clipboard()->setImage(green);
+  ASSERT_TRUE(images->Paste());
+  ASSERT_GT(session.Structure.Body.size(), 8u);
+  EXPECT_EQ(std::string(session.Structure.Body.begin(), session.Structure.Body.begin() + 4), "\x89PNG");
+  const std::vector<uint8_t> wmf = tevo::test::Wmf_Picture(0x00FF00, 0, true);
+  auto* data = new QMimeData;
+  data->setData("image/x-wmf", QByteArray(reinterpret_cast<const char*>(wmf.data()), wmf.size()));
+  QApplication::clipboard()->setMimeData(data);
+  images->Action("Menu_Paste")->trigger();
+  EXPECT_EQ(session.Structure.Body, wmf);
+
+  // Closed, it stays closed at the next start.
+  images->close();
+  EXPECT_EQ(session.settings.Int("STRUCTURE DISP"), 0);
+  window.Shut_Down();
 }
 
 }  // namespace

@@ -6,7 +6,9 @@
 
 #include "page/markup.h"
 #include "platform/qt/qt_output.h"
+#include "platform/qt/qt_picture.h"
 #include "platform/qt/qt_surface.h"
+#include "support/picture_bytes.h"
 #include "support/test_support.h"
 
 namespace tevo::platform {
@@ -216,6 +218,60 @@ TEST(QtSurface, FilesByExtension) {
   EXPECT_NE(svg.find("<svg"), std::string::npos);
   EXPECT_NE(svg.find("#0000ff"), std::string::npos);  // the XOR line, in copy
   EXPECT_EQ(Render_To_File(dir / "p.xyz", 10, 10, 96, 0, paint), -1);
+}
+
+// Metafiles built byte by byte (a red rectangle over 20..80 x 20..60 and a
+// blue line at y = 85 of a 100-unit picture) drawn over 200 x 100 pixels
+// from (50, 40): the rectangle covers x 90..210, y 60..100 and the line
+// lies at y 125, whichever kind the bytes are.
+TEST(QtSurface, MetafilesLandInTheirRectangle) {
+  Ensure_Gui_Application();
+  const QRgb red = qRgb(255, 0, 0), blue = qRgb(0, 0, 255), green = qRgb(0, 255, 0);
+  const auto emf = test::Emf_Picture(0x0000FF, 0xFF0000);
+  const auto wmf = test::Wmf_Picture(0x0000FF, 0xFF0000, true);
+  const auto plain_wmf = test::Wmf_Picture(0x0000FF, 0xFF0000, false);
+  EXPECT_EQ(Kind_Of_Picture(emf), Picture_Kind::Emf);
+  EXPECT_EQ(Kind_Of_Picture(wmf), Picture_Kind::Wmf);
+  EXPECT_EQ(Kind_Of_Picture(plain_wmf), Picture_Kind::Wmf);
+  auto drawn = [](const std::vector<uint8_t>& bytes, bool* ok) {
+    QImage image(300, 200, QImage::Format_RGB32);
+    image.fill(QColor(0, 255, 0));
+    QtSurface s(image);
+    *ok = s.Draw_Picture(50, 40, 200, 100, bytes, {});
+    return image;
+  };
+  for (const auto* bytes : {&emf, &wmf, &plain_wmf}) {
+    SCOPED_TRACE(bytes == &emf ? "EMF" : bytes == &wmf ? "placeable WMF" : "standard WMF");
+    bool ok = false;
+    const QImage image = drawn(*bytes, &ok);
+    ASSERT_TRUE(ok);
+    auto at = [&](int x, int y) { return image.pixel(x, y) & 0xFFFFFF; };
+    for (const QPoint p : {QPoint(95, 65), QPoint(150, 80), QPoint(205, 95)})
+      EXPECT_EQ(at(p.x(), p.y()), red & 0xFFFFFF) << p.x() << "," << p.y();
+    for (const QPoint p : {QPoint(84, 80), QPoint(216, 80), QPoint(150, 54), QPoint(150, 106),
+                           QPoint(40, 30), QPoint(260, 150)})
+      EXPECT_EQ(at(p.x(), p.y()), green & 0xFFFFFF) << p.x() << "," << p.y();
+    EXPECT_EQ(at(150, 125), blue & 0xFFFFFF);
+    EXPECT_EQ(at(76, 125), blue & 0xFFFFFF);
+    EXPECT_EQ(at(150, 135), green & 0xFFFFFF);
+  }
+  // Bytes that only look like a metafile draw nothing and say so.
+  for (std::vector<uint8_t> bad : {std::vector<uint8_t>(emf.begin(), emf.begin() + 60),
+                                   std::vector<uint8_t>(wmf.begin(), wmf.begin() + 40)}) {
+    bool ok = true;
+    const QImage image = drawn(bad, &ok);
+    EXPECT_FALSE(ok);
+    EXPECT_EQ(image.pixel(150, 80) & 0xFFFFFF, green & 0xFFFFFF);
+  }
+
+  // On an SVG page the metafile stays shapes: no embedded image.
+  test::Temp_Dir dir;
+  ASSERT_EQ(Render_To_File(dir / "m.svg", 300, 200, 96, 0xFFFFFF,
+                           [&](Surface& s) { s.Draw_Picture(50, 40, 200, 100, emf, {}); }),
+            0);
+  const std::string svg = test::Read_Text(dir / "m.svg");
+  EXPECT_NE(svg.find("#ff0000"), std::string::npos);
+  EXPECT_EQ(svg.find("<image"), std::string::npos);
 }
 
 }  // namespace

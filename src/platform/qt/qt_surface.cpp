@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "platform/qt/qt_picture.h"
 #include "platform/symbol_font.h"
 
 namespace tevo::platform {
@@ -224,23 +225,10 @@ Colour QtSurface::Get_Pixel(int x, int y) const {
 }
 
 bool QtSurface::Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
-                             bool white_clear) {
-  QImage picture;
-  if (w <= 0 || h <= 0 ||
-      !picture.loadFromData(bytes.data(), static_cast<int>(bytes.size())))
-    return false;
-  if (white_clear) {
-    picture = picture.convertToFormat(QImage::Format_ARGB32);
-    for (int py = 0; py < picture.height(); ++py) {
-      auto* line = reinterpret_cast<QRgb*>(picture.scanLine(py));
-      for (int px = 0; px < picture.width(); ++px)
-        if ((line[px] & 0xFFFFFF) == 0xFFFFFF) line[px] = 0;
-    }
-  }
+                             Picture_Ink ink) {
   Before_Drawing();
   painter_->setCompositionMode(QPainter::CompositionMode_SourceOver);
-  painter_->drawImage(QRect(x, y, w, h), picture);
-  return true;
+  return Paint_Picture(*painter_, QRect(x, y, w, h), bytes, ink);
 }
 
 void QtSurface::Set_Pixel(int x, int y, Colour colour) {

@@ -61,7 +61,7 @@ class QtSurface : public Surface {
                         int weight = 400) override;
 
   bool Draw_Picture(int x, int y, int w, int h, std::span<const uint8_t> bytes,
-                    bool white_clear) override;
+                    Picture_Ink ink) override;
 
   void Clear() override;
   void Keep_Picture() override;
