@@ -205,8 +205,9 @@ void Main_Window::Connect_Commands() {
     form.exec();
   });
   connect(Action("m14_1"), &QAction::triggered, this, [this] {
-    Page_Form form(session_, this);
+    Page_Form form(session_, this, [this](int slot) { Edit_Slot(slot, {}); });
     form.exec();
+    Refresh_View();
   });
   // The printed lists: the peaks, the integrals, the array's rows.
   for (const auto& [id, kind] : {std::pair{"m15", page::List_Kind::Peaks}, std::pair{"m17", page::List_Kind::Integrals},

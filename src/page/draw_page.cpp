@@ -151,19 +151,6 @@ Font_Rec Para_Font(const Session& s) {
                     Gothic(10));
 }
 
-// The spectrum frame of the page as the plot routines take it.
-display::Plot_Frame Page_Frame(const Page_Geometry& g) {
-  display::Plot_Frame f;
-  f.Frame_Left = f.Frame_Left_Last = g.Frame.Left;
-  f.Frame_Right = f.Frame_Right_Last = g.Frame.Right;
-  f.Frame_Top = f.Marker_Top = g.Frame.Top;
-  f.Frame_Bottom = g.Frame.Bottom;
-  f.Frame_Base = g.Zero_Y;
-  f.Axis_Y = f.Axis_Bottom = g.Axis_Y;
-  f.Pixel_Per_Point = g.Scale;
-  return f;
-}
-
 // One trace in the frame with the page's pen width.
 void Trace(platform::Surface& surf, const display::Plot_Frame& f,
            std::span<const float> x, std::span<const float> y, int32_t points, double left,
@@ -209,41 +196,25 @@ void Draw_Overlays(const Session& s, platform::Surface& surf, const display::Plo
   }
 }
 
-// Peak top marks ("DRAW PEAK TOP"): a stroke of "PEAK TOP HEIGHT" x 0.1 mm
-// (3 mm when unset) standing "PEAK LIST TOP HE" x 0.4 mm above the peak;
-// with "PEAK TOP NUM" the peaks' numbers on leaders moved by the peak's
-// Label_Dx, Label_Dy in cm.
-void Draw_Peak_Tops(Session& s, platform::Surface& surf, const Page_Geometry& g,
-                    const display::Plot_Frame& f) {
+// Peak top marks ("DRAW PEAK TOP"): a stroke standing above each peak;
+// with "PEAK TOP NUM" the peaks' numbers on leaders to their label places.
+void Draw_Peak_Tops(Session& s, platform::Surface& surf, const Page_Geometry& g) {
   const bool numbers = On(s, "PEAK TOP NUM");
-  const double top_height = Setting_Num(s, "PEAK TOP HEIGHT", 0);
-  const int height = Round_Pixel((top_height > 0 ? top_height : 30) * 0.01 * g.Kx);
-  const int gap = Round_Pixel(Setting_Num(s, "PEAK LIST TOP HE", 0) * 0.04 * g.Kx);
   const Colour colour = Setting_Colour(s, "DISP PEAKTOP COL", 0x0000FF);
   Font_Rec font = Gothic(8);
   font = Print_Font(s, "PEAK NUM FONT", "PEAK NUM SIZE", "PEAK NUM BOLD", "PEAK NUM ITALIC", font);
   const bool reversed = Setting_Int(s, "PEAK LIST DIRECT", 0) != 0;
   const int count = static_cast<int>(s.Peaks.size());
-  for (int i = 0; i < count; ++i) {
-    const Peak_Rec& pk = s.Peaks[static_cast<std::size_t>(i)];
-    const double ppm = pk.Freq_Hz / s.Spectrum_Frequency + s.Spec_Axis[0];
-    const int x = Round_Pixel(display::X_To_Pixel(ppm, s.X_Left, s.X_Right, f.Frame_Left, f.Frame_Right));
-    if (x <= f.Frame_Left || x >= f.Frame_Right) continue;
-    const double value = Point_From_Ppm(s, static_cast<float>(ppm), s.Row()).height;
-    const int y = std::max(f.Frame_Top + height + gap,
-                           Round_Pixel(display::Y_To_Pixel(value, f.Frame_Base, f.Frame_Top,
-                                                           s.Y_Full_Scale, s.Y_Offset)));
-    const int top = y - gap - height;
+  for (const Peak_Top_Place& p : Peak_Top_Places(s, g)) {
     surf.Set_Pen(platform::Pen_Style::Solid, g.Line_Width(Setting_Num(s, "DRAW WIDTH PEAK", 1)), colour);
-    surf.Move_To(x, y - gap);
-    surf.Line_To(x, top);
+    surf.Move_To(p.X, p.Foot);
+    surf.Line_To(p.X, p.Top);
     if (!numbers) continue;
-    const int lx = Round_Pixel(x + pk.Label_Dx * g.Kx), ly = Round_Pixel(top - pk.Label_Dy * g.Ky);
-    surf.Line_To(lx, ly);
-    const std::string text = std::to_string(reversed ? count - i : i + 1);
+    surf.Line_To(p.Label_X, p.Label_Y);
+    const std::string text = std::to_string(reversed ? count - p.Index : p.Index + 1);
     const double w = Measure_Markup(surf, text, font, g.Scale);
-    Draw_Markup(surf, 1, text, lx - w / 2, ly - 1.1 * font.Size * g.Scale, 0, colour, 0, 0, font,
-                g.Scale);
+    Draw_Markup(surf, 1, text, p.Label_X - w / 2, p.Label_Y - 1.1 * font.Size * g.Scale, 0, colour,
+                0, 0, font, g.Scale);
   }
 }
 
@@ -305,13 +276,7 @@ void Draw_Comment(const Session& s, platform::Surface& surf, const Page_Geometry
 void Draw_Texts(const Session& s, platform::Surface& surf, const Page_Geometry& g) {
   for (const Text_Rec& t : s.Texts) {
     if (t.Print == 0 || t.Text.empty()) continue;
-    Font_Rec font;
-    font.Face = t.Font_Name.empty() ? Fonts().Default_Font : t.Font_Name;
-    font.Size = std::max(3.0f, t.Font_Size);
-    font.Bold = t.Bold;
-    font.Italic = t.Italic;
-    font.Colour = t.Colour;
-    Check_Font(font);
+    const Font_Rec font = Page_Text_Font(t);
     const int x = g.Frame_X(t.X), y = g.Frame_Y(t.Y);
     if (Is_Rtf(t.Text))
       Draw_Rtf(surf, 1, Rtf_Caller_Colour, t.Text, x, y, 0, font, g.Scale);
@@ -341,6 +306,60 @@ const std::vector<Dash_Run>& Dash_Runs(int style) {
 }
 
 }  // namespace
+
+Font_Rec Page_Text_Font(const Text_Rec& t) {
+  Font_Rec font;
+  font.Face = t.Font_Name.empty() ? Fonts().Default_Font : t.Font_Name;
+  font.Size = std::max(3.0f, t.Font_Size);
+  font.Bold = t.Bold;
+  font.Italic = t.Italic;
+  font.Colour = t.Colour;
+  Check_Font(font);
+  return font;
+}
+
+display::Plot_Frame Page_Frame(const Page_Geometry& g) {
+  display::Plot_Frame f;
+  f.Frame_Left = f.Frame_Left_Last = g.Frame.Left;
+  f.Frame_Right = f.Frame_Right_Last = g.Frame.Right;
+  f.Frame_Top = f.Marker_Top = g.Frame.Top;
+  f.Frame_Bottom = g.Frame.Bottom;
+  f.Frame_Base = g.Zero_Y;
+  f.Axis_Y = f.Axis_Bottom = g.Axis_Y;
+  f.Pixel_Per_Point = g.Scale;
+  return f;
+}
+
+Pixel_Rect Peak_List_Rect(const Session& s, const Page_Geometry& g) {
+  const double fw = g.Frame.Right - g.Frame.Left, fh = g.Frame.Bottom - g.Frame.Top;
+  const double top = g.Frame.Bottom - fh * Setting_Num(s, "PEAK LIST TOP", 1);
+  const double left = g.Frame.Left + fw * Setting_Num(s, "PEAK LIST LEFT", 0);
+  return {Round_Pixel(left), Round_Pixel(top), Round_Pixel(left + fw * Setting_Num(s, "PEAK LIST WIDTH", 0.3)),
+          Round_Pixel(top + fh * Setting_Num(s, "PEAK LIST HEIGHT", 0.5))};
+}
+
+std::vector<Peak_Top_Place> Peak_Top_Places(Session& s, const Page_Geometry& g) {
+  std::vector<Peak_Top_Place> out;
+  if (s.Spec_Points <= 0 || s.Disp_Points <= 0 || s.Disp_X.empty() || s.X_Left == s.X_Right) return out;
+  const display::Plot_Frame f = Page_Frame(g);
+  const double top_height = Setting_Num(s, "PEAK TOP HEIGHT", 0);
+  const int height = Round_Pixel((top_height > 0 ? top_height : 30) * 0.01 * g.Kx);
+  const int gap = Round_Pixel(Setting_Num(s, "PEAK LIST TOP HE", 0) * 0.04 * g.Kx);
+  for (int i = 0; i < static_cast<int>(s.Peaks.size()); ++i) {
+    const Peak_Rec& pk = s.Peaks[static_cast<std::size_t>(i)];
+    const double ppm = pk.Freq_Hz / s.Spectrum_Frequency + s.Spec_Axis[0];
+    const int x = Round_Pixel(display::X_To_Pixel(ppm, s.X_Left, s.X_Right, f.Frame_Left, f.Frame_Right));
+    if (x <= f.Frame_Left || x >= f.Frame_Right) continue;
+    const double value = Point_From_Ppm(s, static_cast<float>(ppm), s.Row()).height;
+    const int y = std::max(f.Frame_Top + height + gap,
+                           Round_Pixel(display::Y_To_Pixel(value, f.Frame_Base, f.Frame_Top,
+                                                           s.Y_Full_Scale, s.Y_Offset)));
+    const int top = y - gap - height;
+    out.push_back({i, x, y - gap, top, Round_Pixel(x + pk.Label_Dx * g.Kx),
+                   Round_Pixel(top - pk.Label_Dy * g.Ky)});
+  }
+  return out;
+}
 
 void Draw_Dash_Line(platform::Surface& surf, int x, int y, int style, double period,
                     double& phase) {
@@ -455,12 +474,7 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
 
   // The peak list's rectangle counts in parts of the frame, up from its bottom.
   const bool list_on = On(s, "PEAK LIST TABLE");
-  const double fw = g.Frame.Right - g.Frame.Left, fh = g.Frame.Bottom - g.Frame.Top;
-  const double list_top = g.Frame.Bottom - fh * Setting_Num(s, "PEAK LIST TOP", 1);
-  const double list_left = g.Frame.Left + fw * Setting_Num(s, "PEAK LIST LEFT", 0);
-  const Pixel_Rect list{Round_Pixel(list_left), Round_Pixel(list_top),
-                        Round_Pixel(list_left + fw * Setting_Num(s, "PEAK LIST WIDTH", 0.3)),
-                        Round_Pixel(list_top + fh * Setting_Num(s, "PEAK LIST HEIGHT", 0.5))};
+  const Pixel_Rect list = Peak_List_Rect(s, g);
   if (list_on && Setting_Int(s, "PEAK BGCOL TRANS", 0) == 0)
     Fill(surf, list, ground(Setting_Colour(s, "PEAK LIST BGCOL", White)));
 
@@ -518,7 +532,7 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
                               f.Frame_Top, f.Frame_Base, axis_bottom, Round_Pixel(0.25 * g.Ky),
                               g.Scale);
   }
-  if (loaded && (On(s, "DRAW PEAK TOP") || On(s, "PEAK TOP NUM"))) Draw_Peak_Tops(s, surf, g, f);
+  if (loaded && (On(s, "DRAW PEAK TOP") || On(s, "PEAK TOP NUM"))) Draw_Peak_Tops(s, surf, g);
   if (loaded && On(s, "DRAW MULTI VIEW")) display::Draw_Insets(s, surf, f, screen);
   surf.Set_Raster_Op(Raster_Op::Copy);
   if (param_on) Draw_Parameter_Block(s, surf, g);
@@ -537,7 +551,7 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
       surf.Draw_Picture(g.Frame_X(p.Left), g.Frame_Y(p.Top),
                         Round_Pixel(p.Width * (g.Frame.Right - g.Frame.Left)),
                         Round_Pixel(p.Height * (g.Frame.Bottom - g.Frame.Top)), p.Body,
-                        {.white_clear = p.Extra != 0});
+                        {.white_clear = (p.Extra & Image_White_Out) != 0});
     Draw_Texts(s, surf, g);
     for (const Line_Rec& l : s.Lines) Draw_Page_Line(surf, g, l);
   }

@@ -5,6 +5,9 @@
 // SVG and printer all come through here.
 #pragma once
 
+#include <vector>
+
+#include "display/plot_geometry.h"
 #include "page/page_model.h"
 #include "platform/surface.h"
 #include "session/records.h"
@@ -20,6 +23,32 @@ namespace tevo::page {
 void Draw_Page(Session& s, platform::Surface& surf, const Page_Window& window);
 // The whole sheet.
 void Draw_Page(Session& s, platform::Surface& surf);
+
+// Image_Rec.Extra bit of a white-out picture: its white stays transparent
+// over the page.
+inline constexpr int32_t Image_White_Out = 1;
+
+// The font a free text of the page is drawn in: its face (the default face
+// when empty), size (at least 3 points), bold, italic and colour.
+Font_Rec Page_Text_Font(const Text_Rec& t);
+
+// The spectrum frame of the page as the plot routines take it.
+display::Plot_Frame Page_Frame(const Page_Geometry& g);
+
+// The peak list's rectangle: "PEAK LIST LEFT", "... WIDTH" are parts of the
+// frame's width from its left, "... TOP", "... HEIGHT" parts of its height
+// counted up from its bottom.
+Pixel_Rect Peak_List_Rect(const Session& s, const Page_Geometry& g);
+
+// Where the page draws a peak's top mark: its stroke from Foot up to Top
+// ("PEAK TOP HEIGHT" x 0.1 mm long, 3 mm when unset, standing "PEAK LIST
+// TOP HE" x 0.4 mm above the peak) and its number's place, moved from the
+// top by the peak's Label_Dx, Label_Dy in cm. Peaks outside the frame are
+// left out; nothing without a spectrum.
+struct Peak_Top_Place {
+  int Index = 0, X = 0, Foot = 0, Top = 0, Label_X = 0, Label_Y = 0;
+};
+std::vector<Peak_Top_Place> Peak_Top_Places(Session& s, const Page_Geometry& g);
 
 // A dashed line from the current position to (x, y) in the current pen.
 // Style k >= 1 of the dash table draws the pen-down parts of a cycle of

@@ -120,6 +120,14 @@ int Page_Geometry::Frame_X(double fraction) const {
 int Page_Geometry::Frame_Y(double fraction) const {
   return Round_Pixel(Frame.Top + fraction * (Frame.Bottom - Frame.Top));
 }
+double Page_Geometry::Cm_X(double px) const { return (px - Ox) / Kx; }
+double Page_Geometry::Cm_Y(double px) const { return (px - Oy) / Ky; }
+double Page_Geometry::Frame_Fraction_X(double px) const {
+  return Frame.Right == Frame.Left ? 0 : (px - Frame.Left) / (Frame.Right - Frame.Left);
+}
+double Page_Geometry::Frame_Fraction_Y(double px) const {
+  return Frame.Bottom == Frame.Top ? 0 : (px - Frame.Top) / (Frame.Bottom - Frame.Top);
+}
 int Page_Geometry::Line_Width(double tenth_mm) const {
   return std::max(1, Round_Pixel(tenth_mm * 0.01 * Kx));
 }

@@ -86,6 +86,12 @@ struct Page_Geometry {
   int Frame_Y(double fraction) const;
   // A pen width set in 0.1 mm, at least one pixel.
   int Line_Width(double tenth_mm) const;
+  // The inverses: a pixel back to cm from the sheet's left and top, and to
+  // fractions of the frame.
+  double Cm_X(double px) const;
+  double Cm_Y(double px) const;
+  double Frame_Fraction_X(double px) const;
+  double Frame_Fraction_Y(double px) const;
 };
 // False (and nothing to draw) when the window is empty.
 bool Page_Layout(const Page_Setup& p, int width, int height, const Page_Window& window,

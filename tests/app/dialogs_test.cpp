@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPrinter>
@@ -33,7 +34,9 @@
 #include "basic_toolbar.h"
 #include "datafiles/bruker.h"
 #include "datafiles/csv_import.h"
+#include "datafiles/native.h"
 #include "datafiles/open_file.h"
+#include "display/style.h"
 #include "display/view_commands.h"
 #include "editing/instrument_table.h"
 #include "editing/reference.h"
@@ -987,6 +990,123 @@ TEST(Wiring, PageAndListPreviewsFromThePrintMenuPrintToAPdfPrinter) {
   EXPECT_TRUE(*listed);
   EXPECT_EQ(printed, 0);
   EXPECT_EQ(tevo::test::Read_Text(list_pdf).rfind("%PDF-", 0), 0u);
+}
+
+TEST(PageForm, DragsTheFrameWritesATextDrawsALineAndPlacesAPictureThatTheNativeFileKeeps) {
+  App();
+  tevo::Session s;
+  tevo::platform::Scripted_Ui ui;
+  Make_Spectrum(s, ui, 700);
+  tevo::display::View_After_Load(s);
+  for (auto [key, v] : {std::pair{"PAPER SIZE", 9.0}, {"PAPER ORIENT", 0.0}, {"X-LEFT MARGIN", 2.0},
+                        {"X-LENGTH", 15.0}, {"Y-BOTTOM MARGIN", 3.0}, {"Y-LENGTH", 10.0}, {"PARA LEFT", 1.0},
+                        {"PARA TOP", 1.0}, {"PARA WIDTH", 10.0}, {"PARA HEIGHT", 4.0}, {"DRAW PARAM ON", 1.0},
+                        {"DRAW WAKU ON", 1.0}, {"PRINT TEXT", 0.0}, {"PREVIEW MAGNIF", 1.0}})
+    tevo::display::Store_Setting(s, key, v);
+  tevo::app::Page_Form form(s);
+  form.show();
+  QWidget* sheet = form.Sheet();
+  const tevo::page::Page_Geometry& g = form.Geometry();
+  // A4 at 60 dpi is 496 x 702 pixels: 496 / 21 px per cm across, 702 / 29.7 = 260 / 11 down.
+  ASSERT_DOUBLE_EQ(g.Kx, 496.0 / 21);
+  const QPoint middle((g.Frame.Left + g.Frame.Right) / 2, (g.Frame.Top + g.Frame.Bottom) / 2);
+  // 124 px right is 124 x 21 / 496 = 5.25 cm; 52 px up is 52 x 11 / 260 = 2.2 cm.
+  QTest::mousePress(sheet, Qt::LeftButton, {}, middle);
+  QTest::mouseMove(sheet, middle + QPoint(124, -52));
+  // The status line reads the outline's pixels: the frame's left edge at
+  // round(2 x 496 / 21) = 47 px, moved to 171 px = 7.24 cm; its bottom at
+  // round(26.7 x 260 / 11) = 631 px, moved to 579 px, 29.7 - 24.496 = 5.20 cm up.
+  EXPECT_TRUE(Child<QLabel>(form, "StatusBar1")->text().startsWith(QStringLiteral("左 7.24, 下 5.20 cm")))
+      << Child<QLabel>(form, "StatusBar1")->text().toStdString();
+  QTest::mouseRelease(sheet, Qt::LeftButton, {}, middle + QPoint(124, -52));
+  EXPECT_NEAR(s.settings.Real("X-LEFT MARGIN"), 7.25, 1e-5);
+  EXPECT_NEAR(s.settings.Real("Y-BOTTOM MARGIN"), 5.2, 1e-5);
+  QAction* undo = form.Action("m_undo");
+  EXPECT_EQ(undo->text(), "取り消し(Main ｽﾍﾟｸﾄﾙの移動)");
+  undo->trigger();
+  EXPECT_NEAR(s.settings.Real("X-LEFT MARGIN"), 2.0, 1e-6);
+  EXPECT_FALSE(undo->isEnabled());
+
+  // A click in the text mode opens the editor at the pointer; its size list
+  // puts a group around the selection.
+  const QPoint at = QPoint(g.Frame_X(0.1), g.Frame_Y(0.1));
+  auto typed = When_Shown("NMR1D_Form8_Text", [](QWidget& d) {
+    auto* edit = Child<QPlainTextEdit>(d, "Text1");
+    edit->setPlainText("CH");
+    edit->selectAll();
+    auto* size = Child<QComboBox>(d, "Combo4");
+    size->setCurrentIndex(size->findText("14"));
+    emit size->activated(size->currentIndex());
+    edit->moveCursor(QTextCursor::End);
+    edit->insertPlainText("\\-(3)");
+    Press(d, "Command1");
+  });
+  form.Set_Mode(tevo::app::Page_Form::Mode::Text);
+  QTest::mouseClick(sheet, Qt::LeftButton, {}, at);
+  EXPECT_TRUE(*typed);
+  ASSERT_EQ(s.Texts.size(), 1u);
+  EXPECT_EQ(s.Texts[0].Text, "\\p14(CH)\\-(3)");
+  EXPECT_FLOAT_EQ(s.Texts[0].X, static_cast<float>(g.Frame_Fraction_X(at.x())));
+  EXPECT_EQ(s.settings.Int("PRINT TEXT"), 1);
+
+  // A drag in the line mode draws a line of the chosen kind and dash.
+  form.Set_Mode(tevo::app::Page_Form::Mode::Line);
+  Child<QComboBox>(form, "Combo1")->setCurrentIndex(3);
+  Child<QComboBox>(form, "Combo2")->setCurrentIndex(2);
+  QTest::mousePress(sheet, Qt::LeftButton, {}, QPoint(g.Frame_X(0.5), g.Frame_Y(0.2)));
+  QTest::mouseMove(sheet, QPoint(g.Frame_X(0.7), g.Frame_Y(0.35)));
+  QTest::mouseRelease(sheet, Qt::LeftButton, {}, QPoint(g.Frame_X(0.7), g.Frame_Y(0.35)));
+  ASSERT_EQ(s.Lines.size(), 1u);
+  EXPECT_EQ(s.Lines[0].Kind, 3);
+  EXPECT_EQ(s.Lines[0].Style, 2);
+  EXPECT_NEAR(s.Lines[0].X2, 0.7, 0.01);
+
+  // A picture from a file; one that is no picture is refused with its message.
+  tevo::test::Temp_Dir dir;
+  QImage picture(120, 80, QImage::Format_RGB32);
+  picture.fill(QColor(40, 120, 220));
+  QPainter(&picture).fillRect(20, 20, 80, 40, Qt::white);
+  const QString png = QString::fromStdString((dir / "mark.png").string());
+  ASSERT_TRUE(picture.save(png));
+  ui.file_answers.push_back(tevo::platform::File_Answer{png.toStdString(), 1});
+  form.Set_Mode(tevo::app::Page_Form::Mode::Select);
+  form.Action("m_image_file")->trigger();
+  ASSERT_EQ(s.Images.size(), 1u);
+  EXPECT_EQ(s.Images[0].Body, tevo::test::Read_Bytes(png.toStdString()));
+  tevo::test::Write_Text(dir / "bad.png", "no picture");
+  EXPECT_FALSE(form.Load_Picture(QString::fromStdString((dir / "bad.png").string()), at));
+  ASSERT_FALSE(ui.shown.empty());
+  EXPECT_EQ(ui.shown.back().text, "ﾌｧｲﾙが不正です。または,.PNG");
+  // Taken and moved to the frame's right half, then white-out.
+  const tevo::page::Pixel_Rect box{g.Frame_X(s.Images[0].Left), g.Frame_Y(s.Images[0].Top), 0, 0};
+  QTest::mousePress(sheet, Qt::LeftButton, {}, QPoint(box.Left + 5, box.Top + 5));
+  QTest::mouseRelease(sheet, Qt::LeftButton, {}, QPoint(box.Left + 5 + g.Frame_X(0.55) - g.Frame_X(0), box.Top + 5));
+  EXPECT_NEAR(s.Images[0].Left, 0.55, 0.01);
+  form.Action("m_image_white")->trigger();
+  EXPECT_EQ(s.Images[0].Extra, 1);
+  QApplication::processEvents();
+  const QString shots = QCoreApplication::applicationDirPath() + "/screenshots";
+  QDir().mkpath(shots);
+  form.grab().save(shots + "/NMR1D_Form8_edit.png");
+
+  // The native file keeps the text, the line and the picture.
+  const std::string tv1 = (dir / "page.tv1").string();
+  s.Param.POINT = s.Spec_Points;  // as a read file has it
+  ASSERT_EQ(tevo::datafiles::Write_Native(s, tv1), 0);
+  tevo::Session back;
+  back.ui = &ui;
+  back.Log_Mode = -1;
+  ASSERT_EQ(tevo::datafiles::Read_Native(back, tv1), 0) << ui.shown.back().text;
+  ASSERT_EQ(back.Texts.size(), 1u);
+  EXPECT_EQ(back.Texts[0].Text, s.Texts[0].Text);
+  EXPECT_FLOAT_EQ(back.Texts[0].X, s.Texts[0].X);
+  EXPECT_FLOAT_EQ(back.Texts[0].Y, s.Texts[0].Y);
+  ASSERT_EQ(back.Lines.size(), 1u);
+  EXPECT_EQ(back.Lines[0].Kind, 3);
+  ASSERT_EQ(back.Images.size(), 1u);
+  EXPECT_EQ(back.Images[0].Body, s.Images[0].Body);
+  EXPECT_EQ(back.Images[0].Extra, 1);
+  form.reject();
 }
 
 }  // namespace
