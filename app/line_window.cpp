@@ -263,8 +263,7 @@ void Line_Window::Undo() {
 }
 
 void Line_Window::Print_Preview() {
-  const QString paper = QString::fromStdString(page::Window_Paper_Caption(session_));
-  Window_Page_Form form(session_, "SpecSim_Form8", "印刷プレビュー(ピーク分離)  " + paper,
+  Window_Page_Form form(session_, "SpecSim_Form8", "印刷プレビュー(ピーク分離)",
                         [this] { return page::Line_Page(session_, state_, y_mag_); }, this);
   form.exec();
 }

@@ -281,8 +281,7 @@ page::Page_Content Relax_Window::Window_Page() const {
 }
 
 void Relax_Window::Print_Preview() {
-  const QString paper = QString::fromStdString(page::Window_Paper_Caption(session_));
-  Window_Page_Form form(session_, "T1Cal_Form8", "印刷プレビュー(T1/T2)  " + paper, [this] { return Window_Page(); },
+  Window_Page_Form form(session_, "T1Cal_Form8", "印刷プレビュー(T1/T2)", [this] { return Window_Page(); },
                         this);
   form.exec();
 }

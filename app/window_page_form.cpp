@@ -23,9 +23,8 @@ constexpr double Preview_Dpi = 60;
 
 Window_Page_Form::Window_Page_Form(Session& session, const char* name, const QString& title,
                                    std::function<page::Page_Content()> content, QWidget* parent)
-    : QDialog(parent), session_(session), content_(std::move(content)) {
+    : QDialog(parent), session_(session), title_(title), content_(std::move(content)) {
   setObjectName(name);
-  setWindowTitle(title);
   // The paper and the zoom, "印刷実行" and "閉じる" above the sheet.
   auto* layout = new QVBoxLayout(this);
   auto* row = new QHBoxLayout;
@@ -60,7 +59,9 @@ Window_Page_Form::Window_Page_Form(Session& session, const char* name, const QSt
 QString Window_Page_Form::Paper_Caption() const { return paper_->text(); }
 
 void Window_Page_Form::Repaint_Sheet() {
+  // The caption names the paper and its turn, which a print may change.
   paper_->setText(QString::fromStdString(page::Window_Paper_Caption(session_)));
+  setWindowTitle(title_ + "  " + paper_->text());
   const page::Page_Content content = content_();
   image_ = Page_Image(session_, Preview_Dpi * zoom_->currentText().chopped(1).toDouble() / 100, &content);
   sheet_->setPixmap(QPixmap::fromImage(image_));

@@ -20,7 +20,8 @@ namespace tevo::app {
 class Window_Page_Form : public QDialog {
   Q_OBJECT
  public:
-  // `content` makes the page's content afresh for each painting.
+  // `title` is followed by the paper's caption; `content` makes the page's
+  // content afresh for each painting.
   Window_Page_Form(Session& session, const char* name, const QString& title,
                    std::function<page::Page_Content()> content, QWidget* parent = nullptr);
 
@@ -33,6 +34,7 @@ class Window_Page_Form : public QDialog {
   void Repaint_Sheet();
 
   Session& session_;
+  QString title_;
   std::function<page::Page_Content()> content_;
   QLabel* sheet_ = nullptr;  // Picture1
   QLabel* paper_ = nullptr;  // the paper and its turn
