@@ -17,11 +17,15 @@
 #include "dialog_parts.h"
 #include "hold_button.h"
 #include "editing/integrals.h"
+#include "deconvolution/line_plot.h"
 #include "deconvolution/line_results.h"
 #include "line_dialogs.h"
 #include "list_form.h"
+#include "page/window_pages.h"
+#include "page_form.h"
 #include "printer_dialog.h"
 #include "style_dialog.h"
+#include "window_page_form.h"
 #include "platform/ui.h"
 #include "platform/qt/qt_surface.h"
 #include "session/messages.h"
@@ -34,20 +38,9 @@ namespace {
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
 // The plot's two bands inside the widget: the residual at the top, the
-// spectrum below it, sharing the horizontal scale.
-struct Bands {
-  int left, right, res_top, res_bottom, top, bottom;
-};
-Bands Plot_Bands(const QWidget& w) {
-  const int res_h = std::max(30, w.height() / 5);
-  return {50, w.width() - 20, 8, 8 + res_h, 8 + res_h + 12, w.height() - 30};
-}
-
-// The line's colours, cycling: the model red, the spectrum black.
-platform::Colour Line_Colour(int k) {
-  static const platform::Colour table[] = {platform::Rgb(0, 128, 0), platform::Rgb(0, 0, 255), platform::Rgb(192, 96, 0),
-                                           platform::Rgb(128, 0, 160), platform::Rgb(0, 128, 160)};
-  return table[static_cast<std::size_t>(k) % std::size(table)];
+// spectrum below it, sharing the horizontal scale; room for numbers around.
+deconvolution::Line_Plot_Bands Plot_Bands(const QWidget& w) {
+  return deconvolution::Line_Bands(50, 8, w.width() - 20, w.height() - 30, true);
 }
 
 }  // namespace
@@ -71,14 +64,14 @@ Line_Plot::Line_Plot(Line_Window& owner) : QWidget(&owner), owner_(owner) {
 }
 
 double Line_Plot::Pixel_Of_Ppm(double ppm) const {
-  const Bands b = Plot_Bands(*this);
+  const deconvolution::Line_Plot_Bands b = Plot_Bands(*this);
   const deconvolution::Sim_State& st = owner_.State();
   const double span = st.Range_Right_Ppm - st.Range_Left_Ppm;
   return span == 0 ? b.left : b.left + (ppm - st.Range_Left_Ppm) / span * (b.right - b.left);
 }
 
 double Line_Plot::Ppm_Of_Pixel(double x) const {
-  const Bands b = Plot_Bands(*this);
+  const deconvolution::Line_Plot_Bands b = Plot_Bands(*this);
   const deconvolution::Sim_State& st = owner_.State();
   return st.Range_Left_Ppm + (x - b.left) / (b.right - b.left) * (st.Range_Right_Ppm - st.Range_Left_Ppm);
 }
@@ -86,95 +79,14 @@ double Line_Plot::Ppm_Of_Pixel(double x) const {
 void Line_Plot::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
-  Session& s = owner_.session();
-  const deconvolution::Sim_State& st = owner_.State();
-  const deconvolution::Sim_Curve& c = owner_.Curve();
-  if (s.Spec_Points <= 0 || s.Spec_Axis.empty()) return;
   platform::QtSurface surface(painter, width(), height(), logicalDpiY(), true);
-  const Bands b = Plot_Bands(*this);
-  const platform::Colour black = platform::Rgb(0, 0, 0), red = platform::Rgb(255, 0, 0),
-                         grey = platform::Rgb(128, 128, 128), magenta = platform::Rgb(200, 0, 200);
-  const auto box = [&](int top, int bottom) {
-    surface.Set_Pen(platform::Pen_Style::Solid, 1, black);
-    surface.Move_To(b.left, top);
-    surface.Line_To(b.right, top);
-    surface.Line_To(b.right, bottom);
-    surface.Line_To(b.left, bottom);
-    surface.Line_To(b.left, top);
-  };
-  box(b.res_top, b.res_bottom);
-  box(b.top, b.bottom);
-  // The spectrum's vertical scale: its extremes in view (0 always shown).
-  const int32_t pa = editing::Spec_Point_Of_Ppm(s, st.Range_Left_Ppm), pb = editing::Spec_Point_Of_Ppm(s, st.Range_Right_Ppm);
-  const int32_t p0 = std::min(pa, pb), p1 = std::max(pa, pb);
-  float y0 = 0, y1 = 0;
-  for (int32_t p = p0; p <= p1; ++p) {
-    const float v = deconvolution::Sim_Spectrum_Value(s, p);
-    y0 = std::min(y0, v);
-    y1 = std::max(y1, v);
-  }
-  y1 = y1 <= y0 ? y0 + 1 : y1 + (y1 - y0) * 0.05f;
-  y1 = y0 + (y1 - y0) / owner_.Y_Mag();
-  const auto py = [&](double v) { return b.bottom - static_cast<int>(std::lround((v - y0) / (y1 - y0) * (b.bottom - b.top))); };
-  const auto px = [&](double ppm) { return static_cast<int>(std::lround(Pixel_Of_Ppm(ppm))); };
-  const auto trace = [&](const std::vector<float>& x, const auto& y_of, platform::Colour colour) {
-    if (x.empty()) return;
-    surface.Set_Pen(platform::Pen_Style::Solid, 1, colour);
-    surface.Move_To(px(x[0]), py(y_of(0)));
-    for (std::size_t j = 1; j < x.size(); ++j) surface.Line_To(px(x[j]), py(y_of(j)));
-  };
-  std::vector<float> sx;
-  for (int32_t p = p0; p <= p1; ++p) sx.push_back(s.Spec_Axis[static_cast<std::size_t>(p)]);
-  trace(sx, [&](std::size_t j) { return deconvolution::Sim_Spectrum_Value(s, p0 + static_cast<int32_t>(j)); }, black);
-  // Each line on its own, then the sum.
-  const float axis0 = deconvolution::Sim_Axis0(s);
-  for (int32_t k = 0; k < st.Peaks.Sim_Peak_Count; ++k) {
-    const auto i = static_cast<std::size_t>(k);
-    trace(c.x, [&](std::size_t j) {
-      return deconvolution::Line_Shape(st.Peaks.Peak_Pos[i] + axis0, st.Peaks.Peak_Width[i], st.Peaks.Peak_Height[i],
-                                       st.Peaks.Peak_Gauss[i], c.x[j], s.Spectrum_Frequency);
-    }, Line_Colour(k));
-  }
-  trace(c.x, [&](std::size_t j) { return c.y[j]; }, red);
-  // The calculation range's edges, dashed.
-  surface.Set_Pen(platform::Pen_Style::Dash, 1, magenta);
-  for (int32_t p : {st.Range_First, st.Range_Last}) {
-    const int x = px(s.Spec_Axis[static_cast<std::size_t>(std::clamp(p, 0, s.Spec_Points - 1))]);
-    surface.Move_To(x, b.res_top);
-    surface.Line_To(x, b.bottom);
-  }
-  // The residual in its band, symmetric around 0.
-  const int mid = (b.res_top + b.res_bottom) / 2;
-  surface.Set_Pen(platform::Pen_Style::Dot, 1, grey);
-  surface.Move_To(b.left, mid);
-  surface.Line_To(b.right, mid);
-  if (!c.range_x.empty()) {
-    surface.Set_Pen(platform::Pen_Style::Solid, 1, black);
-    const auto ry = [&](float v) { return mid - static_cast<int>(std::lround(v / c.limit * (mid - b.res_top))); };
-    surface.Move_To(px(c.range_x[0]), ry(c.residual[0]));
-    for (std::size_t j = 1; j < c.range_x.size(); ++j) surface.Line_To(px(c.range_x[j]), ry(c.residual[j]));
-  }
-  // The lines' numbers above their tops, the axis numbers below.
-  Font_Rec font;
-  font.Face = "MS UI Gothic";
-  surface.Set_Background_Mode(platform::Background_Mode::Transparent);
-  for (int32_t k = 0; k < st.Peaks.Sim_Peak_Count; ++k) {
-    const auto i = static_cast<std::size_t>(k);
-    const int x = px(st.Peaks.Peak_Pos[i] + axis0), y = py(st.Peaks.Peak_Height[i]);
-    surface.Set_Pen(platform::Pen_Style::Solid, 1, Line_Colour(k));
-    surface.Move_To(x, y - 4);
-    surface.Line_To(x, y - 14);
-    surface.Set_Text_Colour(Line_Colour(k));
-    surface.Text_Out(x - 4, y - 28, std::to_string(k + 1), font, 11);
-  }
-  surface.Set_Text_Colour(black);
-  surface.Text_Out(b.left, b.bottom + 6, Format_Number(st.Range_Left_Ppm, "##0.000"), font, 11);
-  surface.Text_Out(b.right - 40, b.bottom + 6, Format_Number(st.Range_Right_Ppm, "##0.000"), font, 11);
-  surface.Text_Out(b.left - 46, b.res_top, Format_Number(c.limit, "0.0##") + "%", font, 10);
+  Session& s = owner_.session();
+  deconvolution::Draw_Line_Plot(s, owner_.State(), owner_.Curve(), owner_.Y_Mag(), surface, Plot_Bands(*this),
+                                deconvolution::Line_Display_Style(s, logicalDpiY() / 72.0));
 }
 
 void Line_Plot::mousePressEvent(QMouseEvent* e) {
-  const Bands b = Plot_Bands(*this);
+  const deconvolution::Line_Plot_Bands b = Plot_Bands(*this);
   const QPoint p = e->position().toPoint();
   if (p.x() < b.left || p.x() > b.right || p.y() < b.res_top || p.y() > b.bottom) return;
   // Within reach of a line: 2 % of the plot's width.
@@ -204,7 +116,7 @@ Line_Window::Line_Window(Session& session, QWidget* parent) : QDialog(parent), s
   connect(add(file, "m13", "FittingピークのASCII保存", true), &QAction::triggered, this, [this] {
     if (const auto path = Ask_Ascii_Path(session_)) deconvolution::Write_Line_Curves(session_, state_, *path);
   });
-  add(file, "m41_1", "印刷・プレビュー", false);
+  connect(add(file, "m41_1", "印刷・プレビュー", true), &QAction::triggered, this, &Line_Window::Print_Preview);
   connect(add(file, "m43", "ピークリストの印刷", true), &QAction::triggered, this, [this] {
     List_Form form(session_, page::List_Kind::Sim, this, [this](platform::Surface& surf, const page::List_Page& pg) {
       return page::Print_Sim_List(session_, state_.Peaks, surf, pg);
@@ -221,17 +133,6 @@ Line_Window::Line_Window(Session& session, QWidget* parent) : QDialog(parent), s
   QMenu* edit = bar->addMenu("編集(&E)");
   undo_ = add(edit, "m34", "UnDo", false);
   connect(undo_, &QAction::triggered, this, &Line_Window::Undo);
-  // The fonts, colours and lines of this window's plot and of its print.
-  QMenu* settings = bar->addMenu("設定(&S)");
-  for (const auto& [id, form] : {std::pair{"m311", "SpecSim_Form3_0"}, std::pair{"m312", "SpecSim_Form3_1"}}) {
-    const display::Style_Form* table = display::Find_Style_Form(form);
-    connect(add(settings, id, table->title, true), &QAction::triggered, this, [this, table] {
-      Style_Dialog dialog(session_, *table, this);
-      connect(&dialog, &Style_Dialog::changed, plot_, qOverload<>(&QWidget::update));
-      dialog.exec();
-    });
-  }
-
   // Toolbar1: the three click modes, delete all, manual setting, the list.
   auto* tools = new QHBoxLayout;
   const char* modes[] = {"ピークの追加・削除", "計算範囲右端の移動", "計算範囲左端の移動"};
@@ -292,6 +193,12 @@ Line_Window::Line_Window(Session& session, QWidget* parent) : QDialog(parent), s
   layout->addLayout(labels);
   plot_ = new Line_Plot(*this);
   layout->addWidget(plot_, 1);
+  // The fonts, colours and lines of this window's plot and of its print.
+  Add_Style_Items(bar->addMenu("設定(&S)"), session_, plot_, "m311", "SpecSim_Form3_0", "m312", "SpecSim_Form3_1",
+                  [this] {
+                    const page::Page_Content content = page::Line_Page(session_, state_, y_mag_);
+                    return Page_Image(session_, Style_Preview_Dpi, &content);
+                  });
   Set_Mode(Click_Mode::Peaks);
   Refresh();
 }
@@ -304,7 +211,7 @@ void Line_Window::Set_Mode(Click_Mode mode) {
 }
 
 void Line_Window::Refresh() {
-  const Bands b = Plot_Bands(*plot_);
+  const deconvolution::Line_Plot_Bands b = Plot_Bands(*plot_);
   curve_ = deconvolution::Calc_Simulation(session_, state_, state_.Range_Left_Ppm, state_.Range_Right_Ppm,
                                           std::max(2, b.right - b.left));
   count_->setText(QString("No. of Peaks: %1").arg(state_.Peaks.Sim_Peak_Count));
@@ -353,6 +260,12 @@ void Line_Window::Start_Fit() {
 
 void Line_Window::Undo() {
   if (!fitting_ && deconvolution::Sim_Undo(state_)) Refresh();
+}
+
+void Line_Window::Print_Preview() {
+  Window_Page_Form form(session_, "SpecSim_Form8", "印刷プレビュー(ピーク分離)",
+                        [this] { return page::Line_Page(session_, state_, y_mag_); }, this);
+  form.exec();
 }
 
 void Line_Window::Show_List() {

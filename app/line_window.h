@@ -71,6 +71,8 @@ class Line_Window : public QDialog {
   void Start_Fit();
   void Undo();
   void Show_List();
+  // m41_1: the page of this window (SpecSim_Form8).
+  void Print_Preview();
   // "Criterion=" of the last fit.
   void Set_Criterion(float criterion);
   const deconvolution::Sim_Curve& Curve() const { return curve_; }

@@ -6,17 +6,16 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPixmap>
-#include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
 #include "list_dialogs.h"
+#include "printer_dialog.h"
 #include "page/page_model.h"
 #include "platform/qt/qt_output.h"
 #include "platform/qt/qt_surface.h"
-#include "session/messages.h"
 
 namespace tevo::app {
 
@@ -71,6 +70,11 @@ List_Form::List_Form(Session& session, page::List_Kind kind, QWidget* parent, Pa
       List_Setup_Dialog dialog(session_, with_paper, this);
       if (dialog.exec() == QDialog::Accepted) Render();
     });
+  // The printer and the list paper (Form501 for lists).
+  connect(button("f33", "ﾌﾟﾘﾝﾀｰの設定"), &QPushButton::clicked, this, [this] {
+    Printer_Form dialog(session_, this, page::Printer_Group::List);
+    if (dialog.exec() == QDialog::Accepted) Render();
+  });
   connect(button("f21", "実行"), &QPushButton::clicked, this, &List_Form::Print);
   connect(button("f00", "戻る（中止）"), &QPushButton::clicked, this, &QDialog::reject);
   auto* layout = new QVBoxLayout(this);
@@ -125,16 +129,8 @@ int List_Form::Print_On(QPrinter& printer) {
 }
 
 void List_Form::Print() {
-  QPrinter printer(QPrinter::HighResolution);
-  printer.setPageOrientation(page::List_Orient(session_) == 1 ? QPageLayout::Landscape
-                                                                                          : QPageLayout::Portrait);
-  QPrintDialog dialog(&printer, this);
-  if (dialog.exec() != QDialog::Accepted) return;
-  if (Print_On(printer) < 0) {
-    Show_Message(session_, "印刷できませんでした", Style_OK | Icon_Exclamation, "プリンターエラー");
-    return;
-  }
-  accept();
+  if (Print_Through_Dialog(session_, this, page::Printer_Group::List, [this](QPrinter& p) { return Print_On(p); }) == 0)
+    accept();
 }
 
 }  // namespace tevo::app

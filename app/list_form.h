@@ -1,6 +1,7 @@
 // "プレビュー（... List）": a printed list page by page on its list paper,
 // with page turning, the choice of the compact or the spectrometer's
-// layout for peaks, "実行" to print every page and "戻る（中止）".
+// layout for peaks, the printer and list paper set-up, "実行" to print
+// every page through that set-up, and "戻る（中止）".
 #pragma once
 
 #include <QDialog>

@@ -72,9 +72,6 @@ int Save_Peak_List(Session& s, const std::string& path) { return datafiles::m172
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
-// Pixels per inch of the sheet beside the print styles.
-constexpr double Style_Preview_Dpi = 24;
-
 // The difference and DEPT windows: modal, the plot repainted at each change.
 template <class Form>
 void Run_Derived_Form(Main_Window& w, Session& s) {

@@ -19,7 +19,6 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QPlainTextEdit>
-#include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
 #include <QScrollArea>
@@ -117,12 +116,12 @@ class Text_Editor : public QDialog {
 
 }  // namespace
 
-QImage Page_Image(Session& s, double dpi) {
+QImage Page_Image(Session& s, double dpi, const page::Page_Content* content) {
   const page::Page_Setup p = page::Read_Page_Setup(s);
   QImage image(page::Sheet_Pixels(p.Paper_Width, dpi), page::Sheet_Pixels(p.Paper_Height, dpi), QImage::Format_RGB32);
   {
     platform::QtSurface surf(image, dpi);
-    page::Draw_Page(s, surf);
+    page::Draw_Page(s, surf, content);
   }
   return image;
 }
@@ -579,26 +578,27 @@ void Page_Form::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
 }
 
-int Page_Form::Print_On(QPrinter& printer) {
-  const page::Page_Setup before = page::Read_Page_Setup(session_);
+int Print_Sheet(Session& s, QPrinter& printer, const page::Page_Content* content) {
   const int orient = page::Choose_Print_Orientation(
-      session_, printer.pageLayout().orientation() == QPageLayout::Landscape ? 1 : 0);
+      s, printer.pageLayout().orientation() == QPageLayout::Landscape ? 1 : 0);
   if (orient < 0) return 1;
   printer.setPageOrientation(orient == 1 ? QPageLayout::Landscape : QPageLayout::Portrait);
-  if (orient != before.Orient) Repaint_Sheet();
   double w = 0, h = 0;
   platform::Printer_Paper_mm(printer, w, h);
-  if (page::Check_Printer_Paper(session_, w, h) != 0) return 1;
-  return platform::Print_Page(printer, [this](platform::Surface& surf) { page::Draw_Page(session_, surf); });
+  if (page::Check_Printer_Paper(s, w, h) != 0) return 1;
+  return platform::Print_Page(printer, [&s, content](platform::Surface& surf) { page::Draw_Page(s, surf, content); });
+}
+
+int Page_Form::Print_On(QPrinter& printer) {
+  const page::Page_Setup before = page::Read_Page_Setup(session_);
+  const int printed = Print_Sheet(session_, printer);
+  // The operator may have taken the printer's turn for the sheet.
+  if (page::Read_Page_Setup(session_).Orient != before.Orient) Repaint_Sheet();
+  return printed;
 }
 
 void Page_Form::Print() {
-  QPrinter printer(QPrinter::HighResolution);
-  Apply_Printer_Setup(session_, printer);
-  QPrintDialog dialog(&printer, this);
-  if (dialog.exec() != QDialog::Accepted) return;
-  if (Print_On(printer) < 0)
-    Show_Message(session_, "印刷できませんでした", Style_OK | Icon_Exclamation, "プリンターエラー");
+  Print_Through_Dialog(session_, this, page::Printer_Group::Page, [this](QPrinter& p) { return Print_On(p); });
 }
 
 }  // namespace tevo::app

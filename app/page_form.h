@@ -11,6 +11,7 @@
 #include <QImage>
 #include <functional>
 
+#include "page/draw_page.h"
 #include "page/page_edit.h"
 #include "page/page_model.h"
 #include "session/session.h"
@@ -24,8 +25,14 @@ class QToolButton;
 
 namespace tevo::app {
 
-// The sheet painted by the page routine at `dpi` pixels per inch.
-QImage Page_Image(Session& s, double dpi);
+// The sheet painted by the page routine at `dpi` pixels per inch; with
+// `content`, a window's page (its plot in the frame).
+QImage Page_Image(Session& s, double dpi, const page::Page_Content* content = nullptr);
+
+// Prints the sheet on `printer` as "印刷実行" does after its dialog: the
+// printer turned as the operator chooses, the paper checked, then the
+// page. 0 printed, 1 refused after the message, -1 the printer failed.
+int Print_Sheet(Session& s, QPrinter& printer, const page::Page_Content* content = nullptr);
 
 class Page_Form : public QDialog {
   Q_OBJECT

@@ -1,11 +1,13 @@
 #include "printer_dialog.h"
 
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QPageSize>
 #include <QPrinter>
+#include <QPrintDialog>
 #include <QPrinterInfo>
 #include <QPushButton>
 #include <QRadioButton>
@@ -15,6 +17,7 @@
 #include "dialog_parts.h"
 #include "display/style.h"
 #include "page/page_model.h"
+#include "session/messages.h"
 
 namespace tevo::app {
 
@@ -54,10 +57,12 @@ QString Source_Name(QPrinter::PaperSource source) {
 
 }  // namespace
 
-Printer_Form::Printer_Form(Session& session, QWidget* parent) : QDialog(parent), session_(session) {
+Printer_Form::Printer_Form(Session& session, QWidget* parent, page::Printer_Group group)
+    : QDialog(parent), session_(session), group_(group) {
   setObjectName("Form501");
   setWindowTitle(QStringLiteral("プリンタの設定"));
-  const page::Printer_Dialog d = page::Read_Printer_Setup(session_);
+  const page::Printer_Dialog d = page::Read_Printer_Setup(session_, group_);
+  const int duplex = group_ == page::Printer_Group::List ? d.Duplex : Kept().Duplex;
   auto* layout = new QVBoxLayout(this);
   auto* fields = new QFormLayout;
 
@@ -82,6 +87,11 @@ Printer_Form::Printer_Form(Session& session, QWidget* parent) : QDialog(parent),
   portrait->setObjectName("Option1");
   landscape_ = new QRadioButton(QStringLiteral("横置き"), this);
   landscape_->setObjectName("Option2");
+  // The turn and the binding are two choices: each pair is a group of its
+  // own, not one group of the dialog's four radio buttons.
+  auto* turn_group = new QButtonGroup(this);
+  turn_group->addButton(portrait);
+  turn_group->addButton(landscape_);
   (d.Orient == 1 ? landscape_ : portrait)->setChecked(true);
   turn->addWidget(portrait);
   turn->addWidget(landscape_);
@@ -107,8 +117,11 @@ Printer_Form::Printer_Form(Session& session, QWidget* parent) : QDialog(parent),
   bind_left->setObjectName("Option3");
   bind_top_ = new QRadioButton(QStringLiteral("上"), this);
   bind_top_->setObjectName("Option4");
-  duplex_->setChecked(Kept().Duplex != 0);
-  (Kept().Duplex == 2 ? bind_top_ : bind_left)->setChecked(true);
+  duplex_->setChecked(duplex != 0);
+  auto* bind_group = new QButtonGroup(this);
+  bind_group->addButton(bind_left);
+  bind_group->addButton(bind_top_);
+  (duplex == 2 ? bind_top_ : bind_left)->setChecked(true);
   for (QRadioButton* b : {bind_left, bind_top_}) {
     b->setEnabled(duplex_->isChecked());
     connect(duplex_, &QCheckBox::toggled, b, &QWidget::setEnabled);
@@ -135,7 +148,7 @@ void Printer_Form::Fill_Bins() {
   bin_->clear();
   for (QPrinter::PaperSource s : Sources_Of(printer_->currentText())) bin_->addItem(Source_Name(s));
   bin_->setEnabled(bin_->count() > 0);
-  const int stored = display::Setting_Int(session_, "PAPER BIN", 0);
+  const int stored = page::Read_Printer_Setup(session_, group_).Bin;
   if (stored < bin_->count()) bin_->setCurrentIndex(stored);
 }
 
@@ -148,13 +161,18 @@ void Printer_Form::Store() {
   d.Copies = copies_->value();
   d.Duplex = duplex_->isChecked() ? (bind_top_->isChecked() ? 2 : 1) : 0;
   d.Colour_Mode = black_->isChecked() ? 1 : 0;
-  d = page::Store_Printer_Setup(session_, d);
-  Kept() = {d.Copies, d.Duplex, bin_->count() > 0 ? d.Bin : -1};
+  d = page::Store_Printer_Setup(session_, d, group_);
+  // The lists keep their duplex and bin in the settings.
+  if (group_ == page::Printer_Group::List)
+    Kept().Copies = d.Copies;
+  else
+    Kept() = {d.Copies, d.Duplex, bin_->count() > 0 ? d.Bin : -1};
 }
 
-void Apply_Printer_Setup(const Session& session, QPrinter& printer) {
+void Apply_Printer_Setup(const Session& session, QPrinter& printer, page::Printer_Group group) {
   if (display::Setting_Int(session, "CHANGE PRINTER", 1) == 0) return;
-  const page::Printer_Dialog d = page::Read_Printer_Setup(session);
+  const page::Printer_Dialog d = page::Read_Printer_Setup(session, group);
+  const bool list = group == page::Printer_Group::List;
   const QString name = QString::fromStdString(d.Printer);
   if (!name.isEmpty() && QPrinterInfo::availablePrinterNames().contains(name)) printer.setPrinterName(name);
   double h = 0, w = 0;
@@ -163,11 +181,29 @@ void Apply_Printer_Setup(const Session& session, QPrinter& printer) {
                                 QPageSize::FuzzyMatch));
   printer.setPageOrientation(d.Orient == 1 ? QPageLayout::Landscape : QPageLayout::Portrait);
   printer.setCopyCount(Kept().Copies);
-  printer.setDuplex(Kept().Duplex == 0   ? QPrinter::DuplexNone
-                    : Kept().Duplex == 2 ? QPrinter::DuplexShortSide
-                                         : QPrinter::DuplexLongSide);
+  const int duplex = list ? d.Duplex : Kept().Duplex;
+  printer.setDuplex(duplex == 0 ? QPrinter::DuplexNone
+                    : duplex == 2 ? QPrinter::DuplexShortSide
+                                  : QPrinter::DuplexLongSide);
+  const int bin = list ? d.Bin : Kept().Bin;
   const QList<QPrinter::PaperSource> sources = Sources_Of(printer.printerName());
-  if (Kept().Bin >= 0 && Kept().Bin < sources.size()) printer.setPaperSource(sources[Kept().Bin]);
+  if (bin >= 0 && bin < sources.size()) printer.setPaperSource(sources[bin]);
+}
+
+int Print_Through_Dialog(Session& session, QWidget* parent, page::Printer_Group group,
+                         const std::function<int(QPrinter&)>& print_on) {
+  if (QPrinterInfo::availablePrinterNames().isEmpty()) {
+    Show_Message(session, "使用出来るプリンターがありません", Style_OK | Icon_Exclamation, "プリンターエラー");
+    return 1;
+  }
+  QPrinter printer(QPrinter::HighResolution);
+  Apply_Printer_Setup(session, printer, group);
+  QPrintDialog dialog(&printer, parent);
+  if (dialog.exec() != QDialog::Accepted) return 1;
+  const int printed = print_on(printer);
+  if (printed < 0)
+    Show_Message(session, "印刷できませんでした", Style_OK | Icon_Exclamation, "プリンターエラー");
+  return printed;
 }
 
 }  // namespace tevo::app

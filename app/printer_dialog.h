@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 
 #include "page/printer_setup.h"
 #include "session/session.h"
@@ -20,13 +21,17 @@ namespace tevo::app {
 
 class Printer_Form : public QDialog {
  public:
-  explicit Printer_Form(Session& session, QWidget* parent = nullptr);
+  // `group`: the paper of the pages, or of the lists when opened from a
+  // list preview.
+  explicit Printer_Form(Session& session, QWidget* parent = nullptr,
+                        page::Printer_Group group = page::Printer_Group::Page);
 
  private:
   void Fill_Bins();
   void Store();
 
   Session& session_;
+  page::Printer_Group group_;
   QComboBox* printer_ = nullptr;
   QComboBox* paper_ = nullptr;
   QRadioButton* landscape_ = nullptr;
@@ -38,8 +43,18 @@ class Printer_Form : public QDialog {
 };
 
 // Readies a printer for a print: when "CHANGE PRINTER" is non-zero the
-// stored printer (when present), paper, turn, and the run's bin, copies and
-// duplex are set on it.
-void Apply_Printer_Setup(const Session& session, QPrinter& printer);
+// stored printer (when present), the group's paper and turn, the run's
+// copies, and the bin and duplex (the run's for pages, the settings' for
+// lists) are set on it.
+void Apply_Printer_Setup(const Session& session, QPrinter& printer,
+                         page::Printer_Group group = page::Printer_Group::Page);
+
+// "印刷実行" of the previews: "使用出来るプリンターがありません" (title
+// "プリンターエラー") when the system has no printer; otherwise the printer
+// readied for the group, the print dialog, then `print_on` (0 printed, 1
+// refused after its message, -1 failed: "印刷できませんでした").
+// Returns what print_on returned, or 1 when nothing was printed.
+int Print_Through_Dialog(Session& session, QWidget* parent, page::Printer_Group group,
+                         const std::function<int(QPrinter&)>& print_on);
 
 }  // namespace tevo::app

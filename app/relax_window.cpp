@@ -20,6 +20,11 @@
 #include "datafiles/vendor_text.h"
 #include "dialog_parts.h"
 #include "list_form.h"
+#include "page/window_pages.h"
+#include "page_form.h"
+#include "relaxation/relax_plot.h"
+#include "style_dialog.h"
+#include "window_page_form.h"
 #include "platform/qt/qt_surface.h"
 #include "relaxation/array_data.h"
 #include "session/messages.h"
@@ -77,71 +82,19 @@ Relax_Plot::Relax_Plot(Relax_Window& owner) : QWidget(&owner), owner_(owner) {
 void Relax_Plot::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
-  const relaxation::Relax_Fit& fit = owner_.fit_;
   if (!owner_.have_data_) return;
   platform::QtSurface surface(painter, width(), height(), logicalDpiY(), true);
   const Frame f = Plot_Frame(*this);
-  float x0, x1, y0, y1;
-  owner_.Limits(x0, x1, y0, y1);
-  // The intensity pair is taken as typed; a pair of one value still draws.
-  if (y1 == y0) y1 = y0 + 1;
-  const auto px = [&](double t) { return f.left + static_cast<int>(std::lround((t - x0) / (x1 - x0) * (f.right - f.left))); };
-  const auto py = [&](double y) { return f.bottom - static_cast<int>(std::lround((y - y0) / (y1 - y0) * (f.bottom - f.top))); };
-  const platform::Colour black = platform::Rgb(0, 0, 0), red = platform::Rgb(255, 0, 0), blue = platform::Rgb(0, 0, 255);
-  surface.Set_Pen(platform::Pen_Style::Solid, 1, black);
-  surface.Move_To(f.left, f.top);
-  surface.Line_To(f.right, f.top);
-  surface.Line_To(f.right, f.bottom);
-  surface.Line_To(f.left, f.bottom);
-  surface.Line_To(f.left, f.top);
-  // The zero line of the intensity, dotted.
-  if (y0 < 0 && y1 > 0) {
-    surface.Set_Pen(platform::Pen_Style::Dot, 1, black);
-    surface.Move_To(f.left, py(0));
-    surface.Line_To(f.right, py(0));
-  }
-  Font_Rec font;
-  font.Face = "MS UI Gothic";
-  const double text_px = 12;
-  surface.Set_Text_Colour(black);
-  surface.Set_Background_Mode(platform::Background_Mode::Transparent);
-  const auto label = [&](int x, int y, const std::string& text) { surface.Text_Out(x, y, text, font, text_px); };
-  label(f.left - 50, f.top - 6, Format_Number(y1, "0.00"));
-  label(f.left - 50, f.bottom - 6, Format_Number(y0, "0.00"));
-  label(f.left, f.bottom + 4, Format_Number(x0, "0.0##"));
-  label(f.right - 30, f.bottom + 4, Format_Number(x1, "0.0##"));
-  label((f.left + f.right) / 2 - 20, f.bottom + 18, "t / s");
-  // Points and curve stay inside the frame when narrower limits are set;
-  // a point on the frame's edge still shows whole.
-  painter.setClipRect(QRect(QPoint(f.left - 4, f.top - 4), QPoint(f.right + 4, f.bottom + 4)));
-  // The points: those in use filled, the others hollow.
-  for (std::size_t j = 0; j < fit.Data_T.size(); ++j) {
-    const bool used = static_cast<int32_t>(j) >= fit.First_Point && static_cast<int32_t>(j) <= fit.Last_Point;
-    surface.Set_Pen(platform::Pen_Style::Solid, 1, blue);
-    surface.Set_Brush(blue, !used);
-    const int x = px(fit.Data_T[j]), y = py(fit.Data_Y[j]);
-    const platform::Point box[] = {{x - 3, y - 3}, {x + 3, y - 3}, {x + 3, y + 3}, {x - 3, y + 3}};
-    surface.Polygon(box);
-  }
-  if (!fit.Fit_Curve_T.empty()) {
-    surface.Set_Pen(platform::Pen_Style::Solid, 1, red);
-    surface.Move_To(px(fit.Fit_Curve_T[0]), py(fit.Fit_Curve_Y[0]));
-    for (std::size_t j = 1; j < fit.Fit_Curve_T.size(); ++j) surface.Line_To(px(fit.Fit_Curve_T[j]), py(fit.Fit_Curve_Y[j]));
-  }
-  painter.setClipping(false);
-  // The results of the last trial point.
-  if (fit.State.Trial.size() == relaxation::Relax_Param_Count) {
-    const float k = fit.State.Trial[relaxation::Relax_K];
-    const std::string t_text = relaxation::Relax_T_Text(k);
-    const std::string lines[] = {
-        "A0 = " + Number(fit.State.Trial[relaxation::Relax_A0]).toStdString(),
-        "k = " + Number(k).toStdString() + " s-1",
-        "T = " + t_text + (t_text == "***" ? "" : " s"),
-        "B = " + Number(fit.State.Trial[relaxation::Relax_B]).toStdString(),
-        "Start=" + Format_Number(fit.Data_T[static_cast<std::size_t>(fit.First_Point)], "####0.0##") + " s",
-        "  End=" + Format_Number(fit.Data_T[static_cast<std::size_t>(fit.Last_Point)], "####0.0##") + " s"};
-    int y = f.top;
-    for (const std::string& line : lines) label(f.right + 12, y, line), y += 20;
+  relaxation::Relax_Limits limits;
+  owner_.Limits(limits.X_Min, limits.X_Max, limits.Y_Min, limits.Y_Max);
+  const relaxation::Relax_Plot_Style style = relaxation::Relax_Display_Style(owner_.session_, logicalDpiY() / 72.0);
+  relaxation::Draw_Relax_Plot(owner_.fit_, limits, surface, f.left, f.top, f.right, f.bottom, style);
+  // The results of the last trial point beside the plot.
+  int y = f.top;
+  surface.Set_Text_Colour(style.axis);
+  for (const std::string& line : relaxation::Relax_Result_Lines(owner_.fit_)) {
+    surface.Text_Out(f.right + 12, y, line, style.numbers, style.numbers.Size * style.scale);
+    y += 20;
   }
 }
 
@@ -178,6 +131,10 @@ Relax_Window::Relax_Window(Session& session, int32_t region_first, int32_t regio
     List_Form form(session_, page::List_Kind::T1, this);
     form.exec();
   });
+  // The page of the plot and the fit (T1Cal_Form8).
+  QAction* page = menu->addAction("印刷・プレビュー");
+  page->setObjectName("m41");
+  connect(page, &QAction::triggered, this, &Relax_Window::Print_Preview);
   layout->setMenuBar(menu);
   combo_ = new QComboBox(this);
   combo_->setObjectName("Combo1");
@@ -228,6 +185,11 @@ Relax_Window::Relax_Window(Session& session, int32_t region_first, int32_t regio
   layout->addLayout(info);
   plot_ = new Relax_Plot(*this);
   layout->addWidget(plot_, 1);
+  // The fonts, colours and lines of the plot and of its print.
+  Add_Style_Items(menu->addMenu("設定"), session_, plot_, "m311", "T1Cal_Form3_0", "m312", "T1Cal_Form3_1", [this] {
+    const page::Page_Content content = Window_Page();
+    return Page_Image(session_, Style_Preview_Dpi, &content);
+  });
   Set_Controls(false);
   connect(start_, &QPushButton::clicked, this, &Relax_Window::Run_Fit);
   connect(stop_button_, &QPushButton::clicked, this, [this] {
@@ -310,6 +272,18 @@ void Relax_Window::Limits(float& x0, float& x1, float& y0, float& y1) const {
   x1 = l.X_Max;
   y0 = l.Y_Min;
   y1 = l.Y_Max;
+}
+
+page::Page_Content Relax_Window::Window_Page() const {
+  relaxation::Relax_Limits l;
+  Limits(l.X_Min, l.X_Max, l.Y_Min, l.Y_Max);
+  return page::Relax_Page(session_, fit_, l);
+}
+
+void Relax_Window::Print_Preview() {
+  Window_Page_Form form(session_, "T1Cal_Form8", "印刷プレビュー(T1/T2)", [this] { return Window_Page(); },
+                        this);
+  form.exec();
 }
 
 void Relax_Window::m30_Click() {

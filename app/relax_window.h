@@ -14,6 +14,7 @@
 #include <array>
 #include <optional>
 
+#include "page/draw_page.h"
 #include "relaxation/relaxation_fit.h"
 #include "session/session.h"
 
@@ -64,6 +65,10 @@ class Relax_Window : public QDialog {
   void Limits(float& x0, float& x1, float& y0, float& y1) const;
   // m30: T1Cal_Form2 with the limits of the moment; "OK" takes them.
   void m30_Click();
+  // m41: the page of the plot and the fit (T1Cal_Form8).
+  void Print_Preview();
+  // What that page shows in its frame and its block.
+  page::Page_Content Window_Page() const;
 
  protected:
   void closeEvent(QCloseEvent* e) override;

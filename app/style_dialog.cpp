@@ -8,10 +8,12 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPixmap>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <tuple>
 
 #include "dialog_parts.h"
 #include "page/fonts.h"
@@ -192,6 +194,22 @@ void Style_Dialog::reject() {
   display::Style_Cancel(session_, saved_);
   emit changed();
   QDialog::reject();
+}
+
+void Add_Style_Items(QMenu* menu, Session& session, QWidget* plot, const char* display_id,
+                     const char* display_form, const char* print_id, const char* print_form,
+                     std::function<QImage()> print_preview) {
+  for (const auto& [id, name, preview] : {std::tuple{display_id, display_form, std::function<QImage()>{}},
+                                          std::tuple{print_id, print_form, print_preview}}) {
+    const display::Style_Form* form = display::Find_Style_Form(name);
+    QAction* a = menu->addAction(form->title);
+    a->setObjectName(id);
+    QObject::connect(a, &QAction::triggered, plot, [&session, plot, form, preview = preview] {
+      Style_Dialog dialog(session, *form, plot->window(), preview);
+      QObject::connect(&dialog, &Style_Dialog::changed, plot, qOverload<>(&QWidget::update));
+      dialog.exec();
+    });
+  }
 }
 
 }  // namespace tevo::app

@@ -13,8 +13,12 @@
 #include "session/session.h"
 
 class QLabel;
+class QMenu;
 
 namespace tevo::app {
+
+// Pixels per inch of the sheet beside the print styles.
+inline constexpr double Style_Preview_Dpi = 24;
 
 class Style_Dialog : public QDialog {
   Q_OBJECT
@@ -40,5 +44,13 @@ class Style_Dialog : public QDialog {
   std::function<QImage()> preview_;
   QLabel* picture_ = nullptr;  // Picture1, the preview
 };
+
+// The style items of a window's settings menu: `display_id` opens the
+// display style `display_form`, `print_id` the print style `print_form`
+// with `print_preview` beside its fields; each repaints `plot` at every
+// change.
+void Add_Style_Items(QMenu* menu, Session& session, QWidget* plot, const char* display_id,
+                     const char* display_form, const char* print_id, const char* print_form,
+                     std::function<QImage()> print_preview);
 
 }  // namespace tevo::app

@@ -231,15 +231,24 @@ void Mark_Shift(const Session& s, platform::Surface& surf, const Page_Geometry& 
               font, g.Scale);
 }
 
-void Draw_Parameter_Block(const Session& s, platform::Surface& surf, const Page_Geometry& g) {
+Block_Style Main_Block_Style(const Session& s) {
+  Block_Style b;
+  b.outline = On(s, "PARA WAKU");
+  b.outline_width = Setting_Num(s, "PARA WAKU WIDTH", 1);
+  b.outline_colour = Setting_Colour(s, "PARA WAKU COL", 0);
+  b.text = Setting_Colour(s, "PARAMETER COL", 0);
+  b.fill = Setting_Colour(s, "PARAMETER BGCOL", White);
+  b.opaque = Setting_Int(s, "PARA BGCOL TRANS", 0) == 0;
+  b.font = Para_Font(s);
+  return b;
+}
+
+void Draw_Parameter_Block(platform::Surface& surf, const Page_Geometry& g,
+                          const std::vector<Parameter_Row>& rows, const Block_Style& b) {
   const Pixel_Rect& r = g.Para;
-  if (On(s, "PARA WAKU"))
-    Outline(surf, r, g.Line_Width(Setting_Num(s, "PARA WAKU WIDTH", 1)),
-            Setting_Colour(s, "PARA WAKU COL", 0));
-  const Font_Rec font = Para_Font(s);
-  const Colour colour = Setting_Colour(s, "PARAMETER COL", 0);
+  if (b.outline) Outline(surf, r, g.Line_Width(b.outline_width), b.outline_colour);
+  const Font_Rec& font = b.font;
   const double pad = 0.2 * g.Kx, em = font.Size * g.Scale;
-  const std::vector<Parameter_Row> rows = Parameter_Rows(s);
   double caption_w = 0;
   for (const Parameter_Row& row : rows)
     if (!row.value.empty())
@@ -250,9 +259,9 @@ void Draw_Parameter_Block(const Session& s, platform::Surface& surf, const Page_
   for (const Parameter_Row& row : rows) {
     if (y + 1.1 * em > r.Bottom) break;
     Markup_Result m = Draw_Markup(surf, 1, Plain_To_Inner(row.caption, font.Charset), x, y, 0,
-                                  colour, 0, 0, font, g.Scale);
+                                  b.text, 0, 0, font, g.Scale);
     if (!row.value.empty())
-      m = Draw_Markup(surf, 1, Plain_To_Inner(row.value, font.Charset), value_x, y, 0, colour,
+      m = Draw_Markup(surf, 1, Plain_To_Inner(row.value, font.Charset), value_x, y, 0, b.text,
                       std::max(em, r.Right - pad - value_x), 0, font, g.Scale);
     y += m.Next_Y + 0.2 * em;
   }
@@ -261,16 +270,14 @@ void Draw_Parameter_Block(const Session& s, platform::Surface& surf, const Page_
 // The sample's comment at "COMMENT POSIT": the frame's upper left, above
 // the zero line or below the axis.
 void Draw_Comment(const Session& s, platform::Surface& surf, const Page_Geometry& g,
-                  int axis_bottom) {
+                  int axis_bottom, const Font_Rec& font, Colour colour) {
   if (s.Param.COMNT.empty()) return;
-  const Font_Rec font = Para_Font(s);
   const std::string place = display::Setting_Text(s, "COMMENT POSIT", "");
   const double h = font.Size * g.Scale * 1.1, x = g.Frame.Left + 0.3 * g.Kx;
   double y = g.Frame.Top + 0.3 * g.Ky;
   if (place == "ベースラインの上") y = g.Zero_Y - h - 0.1 * g.Ky;
   if (place == "ベースラインの下") y = axis_bottom + 0.1 * g.Ky;
-  Draw_Markup(surf, 1, Plain_To_Inner(s.Param.COMNT, font.Charset), x, y, 0,
-              Setting_Colour(s, "PARAMETER COL", 0), 0, 0, font, g.Scale);
+  Draw_Markup(surf, 1, Plain_To_Inner(s.Param.COMNT, font.Charset), x, y, 0, colour, 0, 0, font, g.Scale);
 }
 
 void Draw_Texts(const Session& s, platform::Surface& surf, const Page_Geometry& g) {
@@ -452,8 +459,14 @@ void Draw_Page_Line(platform::Surface& surf, const Page_Geometry& g, const Line_
   if (head_b) head(bx, by, b0x, b0y);
 }
 
-void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window) {
-  const Page_Setup ps = Read_Page_Setup(s);
+void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window,
+               const Page_Content* content) {
+  Page_Setup ps = Read_Page_Setup(s);
+  if (content) {
+    if (content->frame_width_cm > 0) ps.X_Length = content->frame_width_cm;
+    if (content->frame_height_cm > 0) ps.Y_Length = content->frame_height_cm;
+    ps.Paper_Colour = ps.Frame_Fill = content->paper;
+  }
   Page_Geometry g;
   if (!Page_Layout(ps, target.Width(), target.Height(), window, g)) return;
   const Colour screen = Setting_Colour(s, "COL BACKGROUND", White);
@@ -468,9 +481,16 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
   // Sheet, frame and the opaque parameter block underneath everything.
   Fill(surf, g.Sheet, ground(ps.Paper_Colour));
   Fill(surf, g.Frame, ground(ps.Frame_Fill));
-  const bool param_on = On(s, "DRAW PARAM ON");
-  if (param_on && Setting_Int(s, "PARA BGCOL TRANS", 0) == 0)
-    Fill(surf, g.Para, ground(Setting_Colour(s, "PARAMETER BGCOL", White)));
+  const Block_Style block = content ? content->block_style : Main_Block_Style(s);
+  const bool param_on = content ? content->block : On(s, "DRAW PARAM ON");
+  if (param_on && block.opaque) Fill(surf, g.Para, ground(block.fill));
+  if (content) {
+    if (content->paint) content->paint(surf, g);
+    surf.Set_Raster_Op(Raster_Op::Copy);
+    if (param_on) Draw_Parameter_Block(surf, g, content->rows, block);
+    if (content->comment) Draw_Comment(s, surf, g, g.Frame.Bottom, block.font, block.text);
+    return;
+  }
 
   // The peak list's rectangle counts in parts of the frame, up from its bottom.
   const bool list_on = On(s, "PEAK LIST TABLE");
@@ -535,7 +555,7 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
   if (loaded && (On(s, "DRAW PEAK TOP") || On(s, "PEAK TOP NUM"))) Draw_Peak_Tops(s, surf, g);
   if (loaded && On(s, "DRAW MULTI VIEW")) display::Draw_Insets(s, surf, f, screen);
   surf.Set_Raster_Op(Raster_Op::Copy);
-  if (param_on) Draw_Parameter_Block(s, surf, g);
+  if (param_on) Draw_Parameter_Block(surf, g, Parameter_Rows(s), block);
   if (list_on) {
     if (On(s, "PEAK LIST WAKU"))
       Outline(surf, list, g.Line_Width(Setting_Num(s, "PEAK WAKU WIDTH", 1)),
@@ -543,7 +563,8 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
     if (loaded) Draw_Page_Peak_List(s, surf, list.Left, list.Top, list.Right, list.Bottom, g.Scale);
   }
   if (loaded && On(s, "DRAW MULTI SPEC")) Mark_Shift(s, surf, g);
-  if (On(s, "DRAW COMMENT")) Draw_Comment(s, surf, g, axis_bottom);
+  if (On(s, "DRAW COMMENT"))
+    Draw_Comment(s, surf, g, axis_bottom, block.font, block.text);
   if (On(s, "PRINT TEXT")) {
     // Pictures first, in their order, then texts and lines over them. A
     // picture the surface cannot show is left out.
@@ -557,8 +578,8 @@ void Draw_Page(Session& s, platform::Surface& target, const Page_Window& window)
   }
 }
 
-void Draw_Page(Session& s, platform::Surface& surf) {
-  Draw_Page(s, surf, Whole_Sheet(Read_Page_Setup(s)));
+void Draw_Page(Session& s, platform::Surface& surf, const Page_Content* content) {
+  Draw_Page(s, surf, Whole_Sheet(Read_Page_Setup(s)), content);
 }
 
 }  // namespace tevo::page

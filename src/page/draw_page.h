@@ -5,10 +5,12 @@
 // SVG and printer all come through here.
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "display/plot_geometry.h"
 #include "page/page_model.h"
+#include "page/parameter_block.h"
 #include "platform/surface.h"
 #include "session/records.h"
 
@@ -18,11 +20,36 @@ struct Session;
 
 namespace tevo::page {
 
+// The look of the parameter block: its outline (width in 0.1 mm), its
+// fill unless transparent, its text's font and colour.
+struct Block_Style {
+  bool outline = false;
+  double outline_width = 1;
+  platform::Colour outline_colour = 0, text = 0, fill = 0xFFFFFF;
+  bool opaque = true;
+  Font_Rec font;
+};
+
+// A page whose frame shows another window's plot (the line separation's,
+// the relaxation's): the sheet, the places of the frame and the block, and
+// the comment are the page's; the window paints the frame's inside, gives
+// the block's lines and its own print look for the sheet and the block.
+struct Page_Content {
+  std::function<void(platform::Surface&, const Page_Geometry&)> paint;
+  std::vector<Parameter_Row> rows;
+  double frame_width_cm = 0, frame_height_cm = 0;  // 0: "X-LENGTH", "Y-LENGTH"
+  platform::Colour paper = 0xFFFFFF;
+  bool block = true, comment = true;
+  Block_Style block_style;
+};
+
 // Paints the part `window` of the sheet over the whole surface; nothing
-// when the window is empty.
-void Draw_Page(Session& s, platform::Surface& surf, const Page_Window& window);
+// when the window is empty. Without content the frame shows the main
+// spectrum with everything placed around it.
+void Draw_Page(Session& s, platform::Surface& surf, const Page_Window& window,
+               const Page_Content* content = nullptr);
 // The whole sheet.
-void Draw_Page(Session& s, platform::Surface& surf);
+void Draw_Page(Session& s, platform::Surface& surf, const Page_Content* content = nullptr);
 
 // Image_Rec.Extra bit of a white-out picture: its white stays transparent
 // over the page.

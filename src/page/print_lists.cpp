@@ -13,6 +13,7 @@
 #include "relaxation/array_data.h"
 #include "page/markup.h"
 #include "page/page_model.h"
+#include "page/printer_setup.h"
 #include "session/number_text.h"
 #include "session/session.h"
 
@@ -106,16 +107,6 @@ Table_Place Sheet_Place(const Session& s, const platform::Surface& surf, const L
 }
 
 bool Proton(const Session& s) { return s.Param.OBNUC == "1H"; }
-
-}  // namespace
-
-namespace {
-
-// A number of the list paper: these keys hold text; empty is `def`.
-int List_Paper_Value(const Session& s, const char* key, int def) {
-  const std::string v = display::Setting_Text(s, key, "");
-  return v.empty() ? def : std::atoi(v.c_str());
-}
 
 }  // namespace
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 
 #include "display/style.h"
 #include "session/session.h"
@@ -26,23 +27,42 @@ int Print_Colour_Mode(const Session& s) {
   return display::Setting_Int(s, "PRINTER TYPE", 0) == 1 ? 1 : 0;
 }
 
-Printer_Dialog Read_Printer_Setup(const Session& s) {
+int List_Paper_Value(const Session& s, const char* key, int def) {
+  const std::string v = display::Setting_Text(s, key, "");
+  return v.empty() ? def : std::atoi(v.c_str());
+}
+
+Printer_Dialog Read_Printer_Setup(const Session& s, Printer_Group group) {
   Printer_Dialog d;
   d.Printer = display::Setting_Text(s, "USER PRINTER", "");
+  d.Colour_Mode = Print_Colour_Mode(s);
+  if (group == Printer_Group::List) {
+    d.Paper_Index = Paper_Index_Of_Code(List_Paper_Value(s, "PAPER SIZE LIST", 9));
+    d.Orient = List_Paper_Value(s, "PAPER ORIENTLIST", 0) == 1 ? 1 : 0;
+    d.Bin = std::max(0, List_Paper_Value(s, "PAPER BIN LIST", 0));
+    d.Duplex = std::clamp(List_Paper_Value(s, "PAPER DUPL LIST", 0), 0, 2);
+    return d;
+  }
   d.Paper_Index = Paper_Index_Of_Code(display::Setting_Int(s, "PAPER SIZE", 9));
   d.Orient = display::Setting_Int(s, "PAPER ORIENT", 0) == 1 ? 1 : 0;
   d.Bin = std::max(0, display::Setting_Int(s, "PAPER BIN", 0));
-  d.Colour_Mode = Print_Colour_Mode(s);
   return d;
 }
 
-Printer_Dialog Store_Printer_Setup(Session& s, Printer_Dialog d) {
+Printer_Dialog Store_Printer_Setup(Session& s, Printer_Dialog d, Printer_Group group) {
   d.Copies = std::max(1, d.Copies);
   s.settings.Set("USER PRINTER", d.Printer);
+  display::Store_Setting(s, "PRINTER TYPE", d.Colour_Mode);
+  if (group == Printer_Group::List) {
+    s.settings.Set("PAPER SIZE LIST", std::to_string(Paper_Code_Of_Index(d.Paper_Index)));
+    s.settings.Set("PAPER ORIENTLIST", std::to_string(d.Orient));
+    s.settings.Set("PAPER BIN LIST", std::to_string(d.Bin));
+    s.settings.Set("PAPER DUPL LIST", std::to_string(d.Duplex));
+    return d;
+  }
   display::Store_Setting(s, "PAPER SIZE", Paper_Code_Of_Index(d.Paper_Index));
   display::Store_Setting(s, "PAPER ORIENT", d.Orient);
   display::Store_Setting(s, "PAPER BIN", d.Bin);
-  display::Store_Setting(s, "PRINTER TYPE", d.Colour_Mode);
   return d;
 }
 

@@ -2,9 +2,14 @@
 #pragma once
 
 #include <QApplication>
+#include <QRegularExpression>
+#include <QSizeF>
 #include <QTimer>
 #include <QWidget>
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <sstream>
 
 namespace tevo::test {
 
@@ -28,6 +33,21 @@ inline void When_Window_Shown(std::function<bool(QWidget*)> match, std::function
       if (w->isVisible() && match(w)) return act(*w);
     if (tries > 0) When_Window_Shown(match, act, tries - 1);
   });
+}
+
+// The size in mm of the first page of a PDF file, from its MediaBox; empty
+// when the file is no PDF or names no page size.
+inline QSizeF Pdf_Page_Mm(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream bytes;
+  bytes << in.rdbuf();
+  const std::string raw = bytes.str();
+  const QString text = QString::fromLatin1(raw.data(), static_cast<qsizetype>(raw.size()));
+  if (!text.startsWith("%PDF-")) return {};
+  const QRegularExpressionMatch m =
+      QRegularExpression(R"(/MediaBox\s*\[\s*0\s+0\s+([\d.]+)\s+([\d.]+)\s*\])").match(text);
+  if (!m.hasMatch()) return {};
+  return {m.captured(1).toDouble() * 25.4 / 72, m.captured(2).toDouble() * 25.4 / 72};
 }
 
 }  // namespace tevo::test

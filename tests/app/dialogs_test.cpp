@@ -980,16 +980,32 @@ TEST(Wiring, PageAndListPreviewsFromThePrintMenuPrintToAPdfPrinter) {
     EXPECT_EQ(page_text().left(2), "1/");
     EXPECT_NE(form.Preview(), compact);
     d.grab().save(dir_name + "/list_preview_jeol.png");
+    // The printer set-up of the lists: A5 on both sides, kept apart from
+    // the page's paper; the preview and the printer take it.
+    When_Shown("Form501", [&](QWidget& setup) {
+      Child<QComboBox>(setup, "Combo2")->setCurrentIndex(2);
+      Child<QCheckBox>(setup, "Check1")->setChecked(true);
+      Press(setup, "Command1");
+    });
+    Press(d, "f33");
+    EXPECT_EQ(s.settings.Text("PAPER SIZE LIST"), "11");
+    EXPECT_EQ(s.settings.Text("PAPER DUPL LIST"), "1");
+    EXPECT_EQ(s.settings.Text("PAPER ORIENTLIST"), "1");
+    EXPECT_EQ(s.settings.Int("PAPER SIZE"), 9);
+    EXPECT_EQ(form.Preview().width(), 496);  // A5 across, 21 cm at 60 dpi
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(QString::fromStdString(list_pdf.string()));
+    tevo::app::Apply_Printer_Setup(s, printer, tevo::page::Printer_Group::List);
     printed = form.Print_On(printer);
     Press(d, "f00");
   });
   w.Action("m15")->trigger();
   EXPECT_TRUE(*listed);
   EXPECT_EQ(printed, 0);
-  EXPECT_EQ(tevo::test::Read_Text(list_pdf).rfind("%PDF-", 0), 0u);
+  const QSizeF sheet = tevo::test::Pdf_Page_Mm(list_pdf);
+  EXPECT_NEAR(sheet.width(), 210, 1);
+  EXPECT_NEAR(sheet.height(), 148, 1);
 }
 
 TEST(PageForm, DragsTheFrameWritesATextDrawsALineAndPlacesAPictureThatTheNativeFileKeeps) {

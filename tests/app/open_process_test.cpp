@@ -62,6 +62,10 @@
 #include "reference_panel.h"
 #include "relax_window.h"
 #include "slot_edit_window.h"
+#include "window_page_form.h"
+#include <QPageSize>
+#include <QPrinter>
+#include <QPrinterInfo>
 #include "spectrum_view.h"
 #include <QTreeWidget>
 #include "relaxation/array_data.h"
@@ -92,6 +96,27 @@ void Click_When_Shown(const char* button, const char* shot = nullptr) {
                                   if (shot) Save_Shot(&w, shot);
                                   if (auto* b = w.findChild<QPushButton*>(button)) b->click();
                                 });
+}
+
+// Prints a window's page on a printer writing a PDF file of A4 paper, as
+// "印刷実行" does after its dialog; what the print returned.
+int Print_To_Pdf(tevo::app::Window_Page_Form& form, const fs::path& pdf) {
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(QString::fromStdString(pdf.string()));
+  printer.setPageSize(QPageSize(QPageSize::A4));
+  return form.Print_On(printer);
+}
+
+// Count of pixels of an image in red ink.
+int Red(const QImage& image) {
+  int red = 0;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x) {
+      const QRgb c = image.pixel(x, y);
+      red += qRed(c) > 200 && qGreen(c) < 90 && qBlue(c) < 90;
+    }
+  return red;
 }
 
 // Count of pixels of the plot that are not white.
@@ -797,6 +822,27 @@ TEST(LineWindow, TwoClicksOnADoubletFitOntoItsLines) {
   EXPECT_EQ(rows, 2);
   EXPECT_EQ(first, QString::fromStdString(tevo::Format_Number(st.Peaks.Peak_Pos[0] + axis0, "##0.0000")));
   Save_Shot(lines, "line_window");
+  // m41_1: the window's page (SpecSim_Form8) on the paper of the settings,
+  // the model in red on it; printed on an A4 PDF printer.
+  tevo::test::Temp_Dir dir;
+  const fs::path pdf = dir / "lines.pdf";
+  int printed = -2, red = 0;
+  QString title;
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "SpecSim_Form8"; }, [&](QWidget& w) {
+    auto& form = static_cast<tevo::app::Window_Page_Form&>(w);
+    title = w.windowTitle();
+    red = Red(form.Preview());
+    Save_Shot(&w, "SpecSim_Form8");
+    printed = Print_To_Pdf(form, pdf);
+    form.reject();
+  });
+  lines->Action("m41_1")->trigger();
+  EXPECT_EQ(title, "印刷プレビュー(ピーク分離)  A4 縦置");
+  EXPECT_GT(red, 100);
+  EXPECT_EQ(printed, 0);
+  const QSizeF page = tevo::test::Pdf_Page_Mm(pdf);
+  EXPECT_NEAR(page.width(), 210, 1);
+  EXPECT_NEAR(page.height(), 297, 1);
   // One press of the vertical zoom: 10 % taller.
   auto* up = lines->findChild<tevo::app::Hold_Button*>("Command1");
   QTest::mousePress(up, Qt::LeftButton);
@@ -1244,6 +1290,39 @@ TEST(RelaxWindow, InversionRecoveryFitsOnOpeningAChoiceAndAgainWithKHeld) {
   });
   relax->findChild<QAction*>("Print_List")->trigger();
   EXPECT_EQ(list_caption, "プレビュー（T1/T2 Intensity List） (1/1)");
+  // m41: the page of plot and fit (T1Cal_Form8), the fit's text in its
+  // block, the curve in red; without a printer "印刷実行" says so, and an
+  // A4 PDF printer takes the page.
+  std::vector<std::string> block;
+  for (const tevo::page::Parameter_Row& row : relax->Window_Page().rows) block.push_back(row.caption);
+  EXPECT_NE(std::find(block.begin(), block.end(), "k = 1.2 s-1"), block.end());
+  EXPECT_NE(std::find(block.begin(), block.end(), "Start=0.25 s"), block.end());
+  tevo::test::Temp_Dir dir;
+  const fs::path pdf = dir / "relax.pdf";
+  int printed = -2, red = 0;
+  std::string said_print;
+  tevo::test::When_Window_Shown([](QWidget* w) { return w->objectName() == "T1Cal_Form8"; }, [&](QWidget& w) {
+    auto& form = static_cast<tevo::app::Window_Page_Form&>(w);
+    red = Red(form.Preview());
+    Save_Shot(&w, "T1Cal_Form8");
+    if (QPrinterInfo::availablePrinterNames().isEmpty()) {
+      tevo::test::When_Window_Shown([](QWidget* m) { return qobject_cast<tevo::app::FormMsg*>(m) != nullptr; },
+                                    [&](QWidget& m) {
+                                      said_print = m.windowTitle().toStdString();
+                                      for (QLabel* l : m.findChildren<QLabel*>()) said_print += l->text().toStdString();
+                                      m.findChildren<QPushButton*>().front()->click();
+                                    });
+      w.findChild<QPushButton*>("Command4")->click();
+      EXPECT_NE(said_print.find("プリンターエラー"), std::string::npos) << said_print;
+      EXPECT_NE(said_print.find("使用出来るプリンターがありません"), std::string::npos) << said_print;
+    }
+    printed = Print_To_Pdf(form, pdf);
+    form.reject();
+  });
+  relax->findChild<QAction*>("m41")->trigger();
+  EXPECT_GT(red, 100);
+  EXPECT_EQ(printed, 0);
+  EXPECT_NEAR(tevo::test::Pdf_Page_Mm(pdf).height(), 297, 1);
   Save_Shot(relax, "relax_window");
   relax->close();
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <vector>
 
 #include "datafiles/quiet_session.h"
 #include "deconvolution/line_model.h"
@@ -14,6 +15,7 @@
 #include "page/parameter_block.h"
 #include "page/print_lists.h"
 #include "page/printer_setup.h"
+#include "page/window_pages.h"
 #include "platform/recording_surface.h"
 
 namespace tevo::page {
@@ -336,9 +338,27 @@ TEST(Page, PrinterDialogRowsAndKeys) {
   EXPECT_EQ(back.Printer, "lab");
   EXPECT_EQ(back.Paper_Index, 4);
   EXPECT_EQ(back.Orient, 1);
+  EXPECT_EQ(Window_Paper_Caption(ps.s), "B5 横置");
   // A paper code outside the list shows as A4.
   ps.Set("PAPER SIZE", 10);
   EXPECT_EQ(Read_Printer_Setup(ps.s).Paper_Index, 1);
+  EXPECT_EQ(Window_Paper_Caption(ps.s), "A4 横置");
+  // The lists' paper is a group of its own, duplex included; the page's
+  // paper stays.
+  d.Paper_Index = 5;
+  d.Orient = 0;
+  d.Bin = 2;
+  d.Duplex = 2;
+  Store_Printer_Setup(ps.s, d, Printer_Group::List);
+  EXPECT_EQ(ps.s.settings.Text("PAPER SIZE LIST"), "101");
+  EXPECT_EQ(ps.s.settings.Text("PAPER DUPL LIST"), "2");
+  EXPECT_EQ(ps.s.settings.Int("PAPER SIZE"), 10);
+  EXPECT_EQ(ps.s.settings.Int("PAPER ORIENT"), 1);
+  const Printer_Dialog list = Read_Printer_Setup(ps.s, Printer_Group::List);
+  EXPECT_EQ(std::vector<int>({list.Paper_Index, list.Orient, list.Bin, list.Duplex}), std::vector<int>({5, 0, 2, 2}));
+  double width = 0, height = 0;
+  List_Paper_Cm(ps.s, 0, width, height);
+  EXPECT_DOUBLE_EQ(width, 5.87);
 }
 
 TEST(Page, ParameterLinesTakeTagsCaptionsAndUnits) {
