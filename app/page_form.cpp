@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "display/style.h"
+#include "page_menus.h"
 #include "printer_dialog.h"
 #include "page/draw_page.h"
 #include "platform/qt/qt_output.h"
@@ -43,6 +44,7 @@ Page_Form::Page_Form(Session& session, QWidget* parent) : QDialog(parent), sessi
   row->addWidget(paper_);
   row->addStretch();
   row->addWidget(zoom_);
+  Add_Page_Menus(session_, this, row, [this] { Repaint_Sheet(); }, Preview_Dpi);
   row->addWidget(print);
   row->addWidget(close);
   auto* layout = new QVBoxLayout(this);
