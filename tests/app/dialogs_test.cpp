@@ -19,6 +19,7 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QTableWidget>
 #include <QStackedWidget>
 #include <QTest>
@@ -1027,13 +1028,14 @@ TEST(Wiring, PageEditorSettingsWindowsAndPicturePanels) {
   EXPECT_DOUBLE_EQ(s.settings.Real("X-LENGTH"), length);
 
   // The parameter window: a ".prt" file chosen by 参照... is read at once.
-  tevo::test::Write_Text(dir / "mine.prt", "OBNUC|観測核\r\n");
+  tevo::test::Write_Text(dir / "mine.prt", "OBNUC|\x8A\xCF\x91\xAA\x8A\x6A\r\n");  // 観測核 in Shift-JIS
   ui.file_answers.push_back(tevo::platform::File_Answer{(dir / "mine.prt").string()});
   shown = When_Shown("NMR1D_Form88", [&](QWidget& d) {
     Press(d, "PRINT TABLE DIR BROWSE");
     EXPECT_EQ(Text(d, "PRINT TABLE DIR"), QString::fromStdString((dir / "mine.prt").string()));
     EXPECT_EQ(s.Print_Text, "OBNUC|観測核");
     EXPECT_EQ(ui.file_requests.back().filter, "ﾊﾟﾗﾒｰﾀﾌｧｲﾙ(*.prt)|*.prt|全てのファイル|*.*|");
+    Child<QTabWidget>(d, "SSTab1")->setCurrentIndex(2);
     shot(d, "NMR1D_Form88");
     Press(d, "Command1");
   });
