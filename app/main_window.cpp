@@ -45,6 +45,7 @@
 #include "list_form.h"
 #include "page_form.h"
 #include "page/page_model.h"
+#include "page/parameter_block.h"
 #include "relax_window.h"
 #include "parameter_dialog.h"
 #include "plot_widget.h"
@@ -58,7 +59,10 @@
 #include "style_dialog.h"
 #include "session/command_flow.h"
 #include "session/messages.h"
+#include "session/settings_files.h"
 #include "session/startup.h"
+#include "session/user_notes.h"
+#include "text_file_dialog.h"
 #include "title_window.h"
 
 namespace tevo::app {
@@ -179,6 +183,21 @@ void Main_Window::Connect_Commands() {
   connect(Action("m44"), &QAction::triggered, this, &Main_Window::On_Instrument_Table);
   connect(Action("m43"), &QAction::triggered, this, [this] {
     Operator_Dialog form(session_, this);
+    form.exec();
+  });
+  // その他: the parameter file, the user, the notes.
+  connect(Action("m42"), &QAction::triggered, this, [this] {
+    Text_File_Dialog form("m42", Q("パラメータファイル  " + session::Print_Text_File(session_)),
+                          page::Parameter_File_Text(session_),
+                          [this](const std::string& text) { return page::Save_Parameter_File(session_, text); }, this);
+    if (form.exec() == QDialog::Accepted) Refresh_View();
+  });
+  connect(Action("m45"), &QAction::triggered, this, [this] {
+    Show_Message(session_, session::User_Info_Text(session_), Icon_Information, "ユーザー情報");
+  });
+  connect(Action("m46"), &QAction::triggered, this, [this] {
+    Text_File_Dialog form("m46", QStringLiteral("メモ"), session::Read_Memo(session_),
+                          [this](const std::string& text) { return session::Save_Memo(session_, text); }, this);
     form.exec();
   });
   connect(Action("m291"), &QAction::triggered, this, [this] {

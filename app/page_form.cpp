@@ -27,6 +27,7 @@
 #include <QVBoxLayout>
 
 #include "display/style.h"
+#include "page_menus.h"
 #include "page/draw_page.h"
 #include "page/fonts.h"
 #include "platform/qt/qt_output.h"
@@ -181,6 +182,7 @@ Page_Form::Page_Form(Session& session, QWidget* parent, std::function<void(int)>
   row->addWidget(line_dash_);
   row->addStretch();
   row->addWidget(zoom_);
+  Add_Page_Menus(session_, this, row, [this] { Repaint_Sheet(); }, Preview_Dpi);
   row->addWidget(print);
   row->addWidget(close);
   auto* layout = new QVBoxLayout(this);

@@ -17,6 +17,7 @@
 
 #include "dialog_parts.h"
 #include "page/fonts.h"
+#include "platform/ui.h"
 
 namespace tevo::app {
 
@@ -125,13 +126,33 @@ QWidget* Style_Dialog::Field(const display::Style_Row& row) {
       connect(combo, &QComboBox::currentIndexChanged, this, [set, key, first = row.lo](int i) { set(key, first + i); });
       return combo;
     }
-    case Style_Kind::Text: {
+    case Style_Kind::Text:
+    case Style_Kind::File: {
       auto* edit = Named_Field(this, key.c_str());
       edit->setText(Q(display::Style_Text(session_, key)));
       connect(edit, &QLineEdit::editingFinished, this, [this, edit, key, &row] {
         if (display::Style_Set_Text(session_, row, key, edit->text().toStdString())) Applied();
       });
-      return edit;
+      if (row.kind == Style_Kind::Text) return edit;
+      // A file is typed or chosen with "参照...".
+      auto* holder = new QWidget(this);
+      auto* line = new QHBoxLayout(holder);
+      line->setContentsMargins(0, 0, 0, 0);
+      edit->setParent(holder);
+      line->addWidget(edit, 1);
+      auto* browse = Named_Button(holder, (key + " BROWSE").c_str(), QStringLiteral("参照..."));
+      line->addWidget(browse);
+      connect(browse, &QPushButton::clicked, this, [this, edit, key, &row] {
+        platform::File_Request req;
+        req.title = row.caption;
+        req.filter = row.choices;
+        req.initial_name = edit->text().toStdString();
+        const auto answer = session_.ui->Open_File(req);
+        if (!answer || answer->path.empty()) return;
+        edit->setText(Q(answer->path));
+        if (display::Style_Set_Text(session_, row, key, answer->path)) Applied();
+      });
+      return holder;
     }
     case Style_Kind::Font: {
       auto* holder = new QWidget(this);

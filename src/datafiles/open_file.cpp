@@ -15,6 +15,7 @@
 #include "platform/ui.h"
 #include "relaxation/array_data.h"
 #include "session/command_flow.h"
+#include "session/file_replace.h"
 #include "session/messages.h"
 #include "session/session.h"
 #include "session/startup.h"
@@ -527,33 +528,6 @@ std::string Save_Name_Offered(const Session& s, const Save_Kind& kind) {
   return p.stem().string() + "." + kind.ext;
 }
 
-// Writes `path` so that an existing file survives a failed write: it is
-// renamed with ".$" behind its name first, removed after a good write and
-// renamed back after a bad one.
-int Write_Keeping_Old(Session& s, const std::string& path, const std::function<int(Session&, const std::string&)>& writer) {
-  std::error_code ec;
-  const std::string kept = path + ".$";
-  const bool existed = fs::exists(path, ec);
-  if (existed) {
-    fs::remove(kept, ec);
-    fs::rename(path, kept, ec);
-    if (ec) {
-      Disk_Error_Text(s, Error_Number_From_Errno(ec.value()), "SAV/REN");
-      return -1;
-    }
-  }
-  const int status = writer(s, path);
-  if (status == 0) {
-    if (existed) fs::remove(kept, ec);
-    return 0;
-  }
-  if (existed) {
-    fs::remove(path, ec);
-    fs::rename(kept, path, ec);
-  }
-  return status;
-}
-
 // The save frame shared by every format: name, in-use check, the write that
 // keeps an old file until it succeeds, and for the native formats the marks
 // of a saved data set.
@@ -588,7 +562,8 @@ int Save_As(Session& s, const std::string& given, const std::function<int(Sessio
   }
   if (s.Param.EXMOD.empty()) s.Param.EXMOD = "NON";
 
-  const int status = Write_Keeping_Old(s, path, writer);
+  const int status = session::Write_Keeping_Old(
+      s, path, [&](const std::string& name) { return writer(s, name); }, false, "SAV/REN");
   if (status != 0 || !kind.native) return status;
   s.Data_Saved = 1;
   s.Param.Data_File = path;

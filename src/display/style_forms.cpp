@@ -29,6 +29,7 @@ Style_Row Choice(const char* caption, const char* key, const char* choices, doub
   return {caption, K::Choice, {key}, first, 0, choices};
 }
 Style_Row Text(const char* caption, const char* key) { return {caption, K::Text, {key}}; }
+Style_Row File(const char* caption, const char* key, const char* filter) { return {caption, K::File, {key}, 0, 0, filter}; }
 
 // Screen widths are whole pixels; paper widths are 0.1 mm.
 constexpr double Pixels_Max = 10, Paper_Width_Max = 50;
@@ -219,6 +220,59 @@ std::vector<Style_Form> Build_Forms() {
                        Font("Y軸の数値", "CAL FONT 1Y", "CAL FONTSIZE 1Y", "CAL FONTBLD 1Y", "CAL FONTITA 1Y"),
                        Font("Y軸のラベル", "CAL FONT 2Y", "CAL FONTSIZE 2Y", "CAL FONTBLD 2Y", "CAL FONTITA 2Y"),
                    }});
+  forms.push_back({"NMR1D_Form84", "枠の大きさ・色",
+                   {
+                       Page("枠の大きさ"),
+                       Number("横の長さ (cm)", "X-LENGTH", 1, 100),
+                       Number("縦の長さ (cm)", "Y-LENGTH", 1, 100),
+                       Number("左の余白 (cm)", "X-LEFT MARGIN", 0, 100),
+                       Number("下の余白 (cm)", "Y-BOTTOM MARGIN", 0, 100),
+                       Number("ベースラインの高さ (cm)", "Y-BIAS", -100, 100),
+                       Number("軸の高さ (cm)", "Y-LEVEL", -100, 100),
+                       Page("色"),
+                       Colour("枠", "WAKU COL"),
+                       Colour("枠の中", "COL BG PRINT"),
+                       Colour("用紙", "PAPER COLOR"),
+                   }});
+  forms.push_back({"NMR1D_Form82", "ピークリストの設定",
+                   {
+                       Page("項目"),
+                       Switch("ピークリストを印刷する", "PEAK LIST TABLE"),
+                       Switch("見出し", "PRNT PEAK HEAD"),
+                       Switch("番号", "PRNT PEAKLIST NO"),
+                       Switch("ppm", "PRNT PAEK PPM"),
+                       Switch("Hz", "PRNT PEAK HZ"),
+                       Switch("実強度", "PRNT PEAK HEIGHT"),
+                       Switch("強度", "PRNT PEAK INTENS"),
+                       Switch("番号を逆順にする", "PEAK LIST DIRECT"),
+                       Page("枠・背景"),
+                       Switch("枠", "PEAK LIST WAKU"),
+                       Width("枠の幅 (0.1 mm)", "PEAK WAKU WIDTH", 1, Paper_Width_Max),
+                       Colour("枠の色", "PEAK WAKU COL"),
+                       Colour("背景", "PEAK LIST BGCOL"),
+                       Switch("背景を透明にする", "PEAK BGCOL TRANS"),
+                       Page("引出線"),
+                       Number("ピークの上の長さ", "PEAK LIST TOP HE", 0, 100),
+                       Number("ピークの下の長さ", "PEAK BOTTOM HEIG", 0, 100),
+                   }});
+  forms.push_back({"NMR1D_Form88", "パラメータの設定",
+                   {
+                       Page("位置"),
+                       Switch("パラメータを印刷する", "DRAW PARAM ON"),
+                       Number("左 (cm)", "PARA LEFT", 0, 100),
+                       Number("上 (cm)", "PARA TOP", 0, 100),
+                       Number("幅 (cm)", "PARA WIDTH", 0.1, 100),
+                       Number("高さ (cm)", "PARA HEIGHT", 0.1, 100),
+                       Page("枠・背景"),
+                       Switch("枠", "PARA WAKU"),
+                       Width("枠の幅 (0.1 mm)", "PARA WAKU WIDTH", 1, Paper_Width_Max),
+                       Colour("枠の色", "PARA WAKU COL"),
+                       Colour("背景", "PARAMETER BGCOL"),
+                       Switch("背景を透明にする", "PARA BGCOL TRANS"),
+                       Page("パラメータ"),
+                       Choice("パラメータの一覧", "PARAMETER TABLE", "Listを使う|Fileを使う"),
+                       File("Parameter File", "PRINT TABLE DIR", "ﾊﾟﾗﾒｰﾀﾌｧｲﾙ(*.prt)|*.prt|全てのファイル|*.*|"),
+                   }});
   return forms;
 }
 
@@ -310,9 +364,11 @@ bool Style_Set_Number(Session& s, const Style_Row& row, std::string_view key, do
 bool Style_Set_Text(Session& s, const Style_Row& row, std::string_view key, std::string text) {
   // A font needs a face; a folder may be left empty.
   if (row.kind == K::Font && text.empty()) return false;
-  if (row.kind != K::Font && row.kind != K::Text) return false;
+  if (row.kind != K::Font && row.kind != K::Text && row.kind != K::File) return false;
   if (key == "LOG DIR") s.Log_Dir = std::move(text);
   else s.settings.Set(key, std::move(text));
+  // The parameter text follows the place of its file at once.
+  if (key == "PRINT TABLE DIR") session::Read_Print_Text(s);
   return true;
 }
 
@@ -322,7 +378,7 @@ Style_Saved Style_Open(const Session& s, const Style_Form& form) {
     for (std::string_view key : Row_Keys(row)) {
       Style_Saved::Value v;
       v.key = std::string(key);
-      const bool text = row.kind == K::Text || (row.kind == K::Font && key == row.keys[0]);
+      const bool text = row.kind == K::Text || row.kind == K::File || (row.kind == K::Font && key == row.keys[0]);
       if (text) v.text = Style_Text(s, key);
       else v.num = Style_Number(s, key);
       saved.values.push_back(std::move(v));
@@ -339,6 +395,7 @@ void Style_Cancel(Session& s, const Style_Saved& saved) {
       s.settings.Set(v.key, v.text);
     else
       s.settings.Set(v.key, v.num);
+    if (v.key == "PRINT TABLE DIR") session::Read_Print_Text(s);
   }
 }
 

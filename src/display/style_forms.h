@@ -27,6 +27,7 @@ enum class Style_Kind {
   Switch,  // 0 off, 1 on
   Choice,  // 0 .. count - 1, one caption each
   Text,  // a folder or a name
+  File,  // a file's path, chosen through a file dialog with the row's filter
 };
 
 struct Style_Row {
@@ -35,7 +36,7 @@ struct Style_Row {
   // The key of the value; a font's face, size, bold and italic keys.
   std::array<const char*, 4> keys{};
   double lo = 0, hi = 0;  // limits of a Width or Number
-  const char* choices = nullptr;  // a Choice's captions, separated by "|"
+  const char* choices = nullptr;  // a Choice's captions, or a File's filter, separated by "|"
 };
 
 struct Style_Form {
@@ -47,7 +48,8 @@ struct Style_Form {
 // Every window of the kind: NMR1D_Form7_0 (edit view), NMR1D_Form7_1
 // (printing), NMR1D_Form3 (environment), SpecSim_Form3_0/3_1 (line
 // separation display and print), T1Cal_Form3_0/3_1 (relaxation display and
-// print).
+// print), and the page's NMR1D_Form84 (frame size and colours), NMR1D_Form82
+// (peak list) and NMR1D_Form88 (parameter block).
 std::span<const Style_Form> Style_Forms();
 // The form by its name; nullptr when there is none.
 const Style_Form* Find_Style_Form(std::string_view name);

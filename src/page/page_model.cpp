@@ -184,6 +184,12 @@ void Standard_Page_Places(Session& s) {
     display::Store_Setting(s, "PARA WIDTH", 0.3 * fw);
     display::Store_Setting(s, "PARA HEIGHT", 0.45 * fh);
   }
+  // The peak list in parts of the frame: its upper right, top counted up
+  // from the frame's bottom.
+  display::Store_Setting(s, "PEAK LIST LEFT", 0.72);
+  display::Store_Setting(s, "PEAK LIST TOP", 0.97);
+  display::Store_Setting(s, "PEAK LIST WIDTH", 0.26);
+  display::Store_Setting(s, "PEAK LIST HEIGHT", 0.6);
 }
 
 Bitmap_Size Copy_Size(int w, int h) {

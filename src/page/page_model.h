@@ -103,7 +103,8 @@ bool Page_Fits_Sheet(const Page_Setup& p);
 // The standard places of the frame and the parameter block for the paper in
 // the settings: the frame 1.5 cm in from the sides and 2.5 cm above the
 // bottom, at most 0.7 times as high as wide; the block above it across the
-// sheet when there are 4 cm free there, otherwise in the frame's upper left.
+// sheet when there are 4 cm free there, otherwise in the frame's upper left;
+// the peak list in the frame's upper right.
 void Standard_Page_Places(Session& s);
 
 // --- Bitmaps of a part of the sheet ---

@@ -1,10 +1,13 @@
 #include "page/parameter_block.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "datafiles/vendor_text.h"
 #include "editing/parameter_edit.h"
+#include "session/file_replace.h"
 #include "session/session.h"
+#include "session/settings_files.h"
 
 namespace tevo::page {
 
@@ -44,6 +47,7 @@ std::vector<std::string> Split(const std::string& text, const std::string& sep) 
 }  // namespace
 
 std::string Parameter_Text(const Session& s) {
+  if (s.settings.Int("PARAMETER TABLE") == 1 && !s.Print_Text.empty()) return s.Print_Text;
   if (!s.settings.Para_Table.empty()) return s.settings.Para_Table;
   if (!s.Print_Text.empty()) return s.Print_Text;
   return Built_In_Text;
@@ -83,6 +87,53 @@ std::vector<Parameter_Row> Parameter_Rows(const Session& s) {
     rows.push_back({caption.empty() ? tag : caption, value + (f.size() > 2 ? f[2] : std::string())});
   }
   return rows;
+}
+
+std::vector<Parameter_Line> Parameter_Lines(const std::string& text) {
+  std::vector<Parameter_Line> lines;
+  if (text.empty()) return lines;
+  for (const std::string& l : Split(text, "\r\n")) {
+    const std::vector<std::string> f = Split(l, "|");
+    lines.push_back({f[0], f.size() > 1 ? f[1] : std::string(), f.size() > 2 ? f[2] : std::string()});
+  }
+  return lines;
+}
+
+std::string Parameter_Lines_Text(const std::vector<Parameter_Line>& lines) {
+  std::string text;
+  for (const Parameter_Line& l : lines) {
+    std::string line = l.tag;
+    if (!l.caption.empty() || !l.unit.empty()) line += "|" + l.caption;
+    if (!l.unit.empty()) line += "|" + l.unit;
+    if (datafiles::Trim(line).empty()) continue;
+    if (!text.empty()) text += "\r\n";
+    text += line;
+  }
+  return text;
+}
+
+std::vector<std::string> Parameter_Tags() {
+  std::vector<std::string> tags = {"DFILE", "OBFRQ", "OBSET", "FREQU", "RESOL", "SMEXR", "POINT"};
+  for (const editing::Param_Field& f : editing::Param_Edit_Fields())
+    if (std::find(tags.begin(), tags.end(), f.tag) == tags.end()) tags.emplace_back(f.tag);
+  return tags;
+}
+
+const std::vector<std::string>& Parameter_Units() {
+  static const std::vector<std::string> units = {" %",  " Hz", " kHz", " MHz", " min",
+                                                 " s",  " ms", " ppm", " K",   " \\g1 m\\g0 s"};
+  return units;
+}
+
+std::string Parameter_File_Text(const Session& s) {
+  std::string text;
+  return session::Read_Text_File(session::Print_Text_File(s), text) ? text : Parameter_Text(s);
+}
+
+int Save_Parameter_File(Session& s, const std::string& text) {
+  if (session::Save_Text_File(s, session::Print_Text_File(s), text, "PRT/SAV") != 0) return -1;
+  session::Read_Print_Text(s);
+  return 0;
 }
 
 }  // namespace tevo::page

@@ -234,7 +234,7 @@ bool Command_Built(const std::string& id) {
       // line separation
       "m5", "m51",
       // view and settings
-      "m31", "m30", "m35", "m38", "m39", "m34", "m44", "m43", "m41", "m36", "m37", "m361", "m368", "m362", "m365", "m366",
+      "m31", "m30", "m35", "m38", "m39", "m34", "m44", "m43", "m41", "m42", "m45", "m46", "m36", "m37", "m361", "m368", "m362", "m365", "m366",
       "m363",
       "m364", "m367", "m371", "m372", "m331", "m332", "m32"};
   return built.count(id) != 0;

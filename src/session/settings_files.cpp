@@ -503,13 +503,24 @@ void Read_Required_Files(Session& s) {
   }
 }
 
-void Read_Print_Text(Session& s) {
-  std::string dir = s.App_Path;
-  const std::string table_dir = Map_Windows_Path(s.settings.Text("PRINT TABLE DIR"));
+std::string Print_Text_File(const Session& s) {
+  const fs::path place = Map_Windows_Path(s.settings.Text("PRINT TABLE DIR"));
   std::error_code ec;
-  if (!table_dir.empty() && fs::is_directory(table_dir, ec)) dir = table_dir;
+  // A name with an extension is the parameter file itself, always ".prt";
+  // anything else is the folder of "1D.prt".
+  if (place.has_extension() && !fs::is_directory(place, ec)) {
+    fs::path file = place;
+    file.replace_extension(".prt");
+    const std::string dir = file.has_parent_path() ? file.parent_path().string() : s.App_Path;
+    return Find_File(dir, file.filename().string()).string();
+  }
+  const bool folder = !place.empty() && fs::is_directory(place, ec);
+  return Find_File(folder ? place.string() : s.App_Path, "1D.prt").string();
+}
+
+void Read_Print_Text(Session& s) {
   std::vector<std::string> lines;
-  if (!Read_Text_Lines(Find_File(dir, "1D.prt").string(), lines)) return;
+  if (!Read_Text_Lines(Print_Text_File(s), lines)) return;
   s.Print_Text.clear();
   for (std::size_t i = 0; i < lines.size(); ++i) {
     if (i) s.Print_Text += "\r\n";

@@ -76,6 +76,12 @@ std::string User_Name_Of(const std::string& file);
 
 void Read_Nuclear(Session& s);
 void Read_Required_Files(Session& s);
+// The parameter file in force: "1D.prt" in the folder "PRINT TABLE DIR" (or
+// App_Path when that is empty or no folder), or the file it names, given
+// the extension ".prt".
+std::string Print_Text_File(const Session& s);
+// Its lines, trimmed and joined by CR LF, become the default parameter
+// text; a missing file leaves the text as it was.
 void Read_Print_Text(Session& s);
 
 }  // namespace tevo::session

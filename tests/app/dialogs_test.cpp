@@ -6,6 +6,8 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
+#include <QDoubleSpinBox>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
@@ -18,6 +20,7 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QTableWidget>
 #include <QStackedWidget>
 #include <QTest>
@@ -32,6 +35,7 @@
 #include <sstream>
 
 #include "basic_toolbar.h"
+#include "bitmap_panel.h"
 #include "datafiles/bruker.h"
 #include "datafiles/csv_import.h"
 #include "datafiles/native.h"
@@ -1123,6 +1127,112 @@ TEST(PageForm, DragsTheFrameWritesATextDrawsALineAndPlacesAPictureThatTheNativeF
   EXPECT_EQ(back.Images[0].Body, s.Images[0].Body);
   EXPECT_EQ(back.Images[0].Extra, 1);
   form.reject();
+}
+
+TEST(Wiring, PageEditorSettingsWindowsAndPicturePanels) {
+  App();
+  tevo::Session s;
+  tevo::platform::Scripted_Ui ui;
+  Make_Spectrum(s, ui, 700);
+  tevo::display::View_After_Load(s);
+  tevo::test::Temp_Dir dir;
+  s.App_Path = dir.path().string();
+  tevo::display::Store_Setting(s, "PAPER ORIENT", 1);  // A4 landscape: 702 x 496 preview pixels
+  tevo::app::Page_Form form(s);
+  const auto trigger = [&](const char* name) {
+    QAction* a = form.findChild<QAction*>(name);
+    ASSERT_NE(a, nullptr) << name;
+    a->trigger();
+  };
+  const auto shot = [](QWidget& w, const char* name) {
+    const QString dir_name = QCoreApplication::applicationDirPath() + "/screenshots";
+    QDir().mkpath(dir_name);
+    w.grab().save(dir_name + "/" + name + ".png");
+  };
+
+  // The frame window changes the setting at once; キャンセル puts it back.
+  const double length = s.settings.Real("X-LENGTH");
+  auto shown = When_Shown("NMR1D_Form84", [&](QWidget& d) {
+    Child<QDoubleSpinBox>(d, "X-LENGTH")->setValue(12.5);
+    EXPECT_DOUBLE_EQ(s.settings.Real("X-LENGTH"), 12.5);
+    shot(d, "NMR1D_Form84");
+    Press(d, "Command2");
+  });
+  trigger("NMR1D_Form84");
+  EXPECT_TRUE(*shown);
+  EXPECT_DOUBLE_EQ(s.settings.Real("X-LENGTH"), length);
+
+  // The parameter window: a ".prt" file chosen by 参照... is read at once.
+  tevo::test::Write_Text(dir / "mine.prt", "OBNUC|\x8A\xCF\x91\xAA\x8A\x6A\r\n");  // 観測核 in Shift-JIS
+  ui.file_answers.push_back(tevo::platform::File_Answer{(dir / "mine.prt").string()});
+  shown = When_Shown("NMR1D_Form88", [&](QWidget& d) {
+    Press(d, "PRINT TABLE DIR BROWSE");
+    EXPECT_EQ(Text(d, "PRINT TABLE DIR"), QString::fromStdString((dir / "mine.prt").string()));
+    EXPECT_EQ(s.Print_Text, "OBNUC|観測核");
+    EXPECT_EQ(ui.file_requests.back().filter, "ﾊﾟﾗﾒｰﾀﾌｧｲﾙ(*.prt)|*.prt|全てのファイル|*.*|");
+    Child<QTabWidget>(d, "SSTab1")->setCurrentIndex(2);
+    shot(d, "NMR1D_Form88");
+    Press(d, "Command1");
+  });
+  trigger("NMR1D_Form88");
+  EXPECT_TRUE(*shown);
+
+  // The list editor: a row added after the first and stored on OK.
+  shown = When_Shown("NMR1D_Form15", [&](QWidget& d) {
+    auto* grid = Child<QTableWidget>(d, "Grid1");
+    grid->setCurrentCell(0, 0);
+    Press(d, "Command3");
+    static_cast<QComboBox*>(grid->cellWidget(1, 0))->setCurrentText("SCANS");
+    grid->item(1, 1)->setText(QStringLiteral("積算回数"));
+    shot(d, "NMR1D_Form15");
+    Press(d, "Command1");
+  });
+  trigger("NMR1D_Form15");
+  EXPECT_TRUE(*shown);
+  EXPECT_EQ(s.settings.Para_Table, "OBNUC|観測核\r\nSCANS|積算回数");
+
+  // The PNG panel: the whole sheet offered as the preview shows it; 6000
+  // typed is held to 5000 with the aspect kept; a picture saved under a
+  // ".PNG" name reads back at its size; a write that fails keeps the file.
+  shown = When_Shown("S_Frame", [&](QWidget& d) {
+    auto& panel = static_cast<tevo::app::Bitmap_Panel&>(d);
+    EXPECT_EQ(panel.Size(), (tevo::page::Bitmap_Size{702, 496}));
+    auto* width = Child<QComboBox>(d, "Combo51");
+    const auto type = [&](const QString& text) {
+      width->lineEdit()->selectAll();
+      QTest::keyClicks(width->lineEdit(), text);
+      QTest::keyClick(width->lineEdit(), Qt::Key_Return);
+    };
+    type("6000");
+    EXPECT_EQ(width->currentText(), "5000");
+    EXPECT_EQ(Child<QComboBox>(d, "Combo52")->currentText(), "3533");
+    EXPECT_EQ(Child<QLabel>(d, "Label_Size")->text(), "52995.0 Kbyte");
+    shot(d, "S_Frame");
+    type("600");
+    const std::filesystem::path png = dir / "sheet.PNG";
+    ui.file_answers.push_back(tevo::platform::File_Answer{png.string()});
+    Press(d, "Command51");
+    QImage read(QString::fromStdString(png.string()));
+    EXPECT_EQ(read.size(), QSize(600, 424));
+    const std::string before = tevo::test::Read_Text(png);
+    std::filesystem::create_directories(dir / "sheet.PNG.$$" / "in the way");
+    EXPECT_EQ(panel.Save(png.string()), -1);
+    EXPECT_EQ(tevo::test::Read_Text(png), before);
+    EXPECT_EQ(ui.shown.back().title, "画面の保存");
+    Press(d, "Command52");
+  });
+  trigger("f03_PNG");
+  EXPECT_TRUE(*shown);
+
+  // The bitmap panel copies the sheet to the clipboard.
+  shown = When_Shown("S_Frame", [&](QWidget& d) {
+    EXPECT_EQ(d.findChild<QPushButton*>("Command51"), nullptr);
+    Press(d, "Command54");
+    EXPECT_EQ(QApplication::clipboard()->image().size(), QSize(702, 496));
+    Press(d, "Command52");
+  });
+  trigger("f03");
+  EXPECT_TRUE(*shown);
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ TEST(StyleForms, EveryRowNamesKeysTheSessionKnows) {
   const Session s;
   const std::set<std::string_view> common = {"USER MODE", "LOG MODE", "LOG DIR"};
   for (const char* name : {"NMR1D_Form7_0", "NMR1D_Form7_1", "NMR1D_Form3", "SpecSim_Form3_0", "SpecSim_Form3_1",
-                           "T1Cal_Form3_0", "T1Cal_Form3_1"}) {
+                           "T1Cal_Form3_0", "T1Cal_Form3_1", "NMR1D_Form84", "NMR1D_Form82", "NMR1D_Form88"}) {
     const Style_Form* form = Find_Style_Form(name);
     ASSERT_NE(form, nullptr) << name;
     for (const Style_Row& row : form->rows) {

@@ -4,12 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <map>
 #include <vector>
 
 #include "datafiles/quiet_session.h"
 #include "deconvolution/line_model.h"
 #include "display/style.h"
+#include "page/bitmap_export.h"
 #include "page/draw_page.h"
 #include "page/page_model.h"
 #include "page/parameter_block.h"
@@ -17,6 +20,7 @@
 #include "page/printer_setup.h"
 #include "page/window_pages.h"
 #include "platform/recording_surface.h"
+#include "support/test_support.h"
 
 namespace tevo::page {
 namespace {
@@ -110,6 +114,57 @@ TEST(Page, BitmapSizesKeepTheAspectUnderTheLimit) {
   EXPECT_EQ(Size_From_Width(6000, 0.5f, Png_Limit), (Bitmap_Size{5000, 2500}));
   EXPECT_EQ(Size_From_Width(1500, 2.0f, Bitmap_Limit), (Bitmap_Size{1024, 2048}));
   EXPECT_EQ(Size_From_Height(1000, 0.5f, Bitmap_Limit), (Bitmap_Size{2000, 1000}));
+  // The estimate under the fields: w x h x 0.003 Kbyte, a second decimal
+  // only when it counts.
+  EXPECT_EQ(Size_Estimate_Text({1000, 500}), "1500.0 Kbyte");
+  EXPECT_EQ(Size_Estimate_Text({683, 2048}), "4196.35 Kbyte");
+  EXPECT_EQ(Size_Estimate_Text({2, 1}), "0.01 Kbyte");
+}
+
+TEST(Page, PictureRangeNamesAndTheSaveThatKeepsTheOldFile) {
+  Page_Session ps;
+  // A range dragged from the bottom right to the middle of an A4 sheet.
+  const Page_Window w = Copy_Window(Read_Page_Setup(ps.s), {0.75, 1.0, 0.25, 0.5});
+  EXPECT_DOUBLE_EQ(w.Left, 5.25);
+  EXPECT_DOUBLE_EQ(w.Right, 15.75);
+  EXPECT_DOUBLE_EQ(w.Top, 14.85);
+  EXPECT_DOUBLE_EQ(w.Bottom, 29.7);
+  EXPECT_EQ(Open_Copy_Range(ps.s, 1, 600), Bitmap_Size{});
+  EXPECT_EQ(ps.Last_Message(), "コピーする範囲を設定してください");
+  EXPECT_EQ(ps.ui.shown.back().title, "範囲エラー");
+
+  std::string name = "shot";
+  EXPECT_EQ(Check_Export_Name(ps.s, name, Export_Kind::Png), 0);
+  EXPECT_EQ(name, "shot.png");
+  name = "SHOT.PNG";
+  EXPECT_EQ(Check_Export_Name(ps.s, name, Export_Kind::Png), 0);
+  EXPECT_EQ(name, "SHOT.PNG");
+  name = "shot.png";
+  EXPECT_EQ(Check_Export_Name(ps.s, name, Export_Kind::Bmp), 1);
+  EXPECT_EQ(ps.Last_Message(), "ﾌｧｲﾙが不正です。または,\nﾌｧｲﾙ名の拡張子が bmp でない");
+  EXPECT_EQ(ps.ui.shown.back().title, "ファイル名エラー");
+
+  // Written under the work name and moved in place; a failed write, even
+  // one that left half a file, puts the old file back; nothing else stays.
+  test::Temp_Dir dir;
+  const std::filesystem::path target = dir / "shot.png";
+  test::Write_Bytes(target, {'o', 'l', 'd'});
+  const auto writer = [](const char* bytes, int status) {
+    return [bytes, status](const std::string& name) {
+      EXPECT_EQ(name.substr(name.size() - 3), ".$$");
+      std::ofstream(name, std::ios::binary) << bytes;
+      return status;
+    };
+  };
+  EXPECT_EQ(Save_Export(ps.s, Export_Kind::Png, target.string(), writer("half", -1)), -1);
+  EXPECT_EQ(test::Read_Text(target), "old");
+  EXPECT_EQ(Save_Export(ps.s, Export_Kind::Png, (dir / "shot").string(), writer("new", 0)), 0);
+  EXPECT_EQ(test::Read_Text(target), "new");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1);
+  // Without a name the dialog asks with the PNG title and filter.
+  EXPECT_EQ(Save_Export(ps.s, Export_Kind::Png, {}, writer("x", 0)), 1);
+  EXPECT_EQ(ps.ui.file_requests.back().title, "画面の保存(PNG)");
+  EXPECT_EQ(ps.ui.file_requests.back().filter, "PNG形式(*.png)|*.png|");
 }
 
 TEST(Page, PrinterOrientationAgainstTheSetting) {
@@ -374,6 +429,25 @@ TEST(Page, ParameterLinesTakeTagsCaptionsAndUnits) {
   EXPECT_EQ(rows[1].value, "CDCL3");
   EXPECT_EQ(rows[2].caption, "-- 測定条件 --");
   EXPECT_TRUE(rows[2].value.empty());
+  // The list editor's fields and back; empty lines and empty ends go.
+  const std::vector<Parameter_Line> lines = Parameter_Lines("OBFRQ|周波数| MHz\r\nSLVNT\r\n\r\nSCANS||");
+  ASSERT_EQ(lines.size(), 4u);
+  EXPECT_EQ(lines[0], (Parameter_Line{"OBFRQ", "周波数", " MHz"}));
+  EXPECT_EQ(Parameter_Lines_Text(lines), "OBFRQ|周波数| MHz\r\nSLVNT\r\nSCANS");
+
+  // "Fileを使う": the parameter file named in the settings, always ".prt",
+  // saved as Shift-JIS lines and printed from then on.
+  test::Temp_Dir dir;
+  ps.s.App_Path = dir.path().string();
+  ps.s.settings.Set("PRINT TABLE DIR", (dir / "mine.txt").string());
+  ps.Set("PARAMETER TABLE", 1);
+  EXPECT_EQ(Parameter_File_Text(ps.s), ps.s.settings.Para_Table);  // no file yet: the list in force
+  ASSERT_EQ(Save_Parameter_File(ps.s, "SLVNT|溶媒\r\n  OBFRQ  "), 0);
+  EXPECT_EQ(test::Read_Text(dir / "mine.prt"), "SLVNT|\x97\x6E\x94\x7D\r\n  OBFRQ  \r\n");
+  EXPECT_EQ(Parameter_Text(ps.s), "SLVNT|溶媒\r\nOBFRQ");
+  EXPECT_EQ(Parameter_Rows(ps.s)[0].caption, "溶媒");
+  ps.Set("PARAMETER TABLE", 0);
+  EXPECT_EQ(Parameter_Rows(ps.s)[0].caption, "周波数");
 }
 
 TEST(Page, PeakListPagesDecimalPointsAndThePagesList) {

@@ -12,6 +12,7 @@
 #include "session/settings_files.h"
 #include "session/startup.h"
 #include "session/user_choice.h"
+#include "session/user_notes.h"
 #include "support/test_support.h"
 
 namespace fs = std::filesystem;
@@ -85,6 +86,13 @@ TEST(StartUp, FreshFolderThenSecondStart) {
   EXPECT_EQ(b.s.settings.Int("ACCESS COUNT"), 2);
   EXPECT_EQ(b.s.settings.Int("DISPLAY MIN"), 262144);
   EXPECT_EQ(b.s.settings.Para_Table, "OBNUC\r\nSCANS");  // now from the settings file
+  // ユーザー情報 after the second start, and メモ kept beside the settings.
+  EXPECT_EQ(session::User_Info_Text(b.s), "使用者 : 共通\n設定ファイル : " + (home / "NMRCOL.INI").string() +
+                                              "\n起動回数 : 2\nこの設定での起動回数 : 2");
+  EXPECT_EQ(session::Read_Memo(b.s), "");
+  ASSERT_EQ(session::Save_Memo(b.s, "測定予約\r\n\r\n400 MHz"), 0);
+  EXPECT_EQ(test::Read_Text(home / "Memo1D.txt").size(), 21u);  // Shift-JIS, CR LF: 8 + 2, 2, 7 + 2
+  EXPECT_EQ(session::Read_Memo(b.s), "測定予約\r\n\r\n400 MHz");
   session::Shutdown_Cleanup(b.s);
 }
 
