@@ -356,7 +356,7 @@ TEST(Bruker, AcquisitionValuesReachTheNativeFileAndFaultyLabelsAreRefused) {
   }
 }
 
-TEST(Bruker, SingleConverterQuestionAndDamagedFilesKeepTheFormerData) {
+TEST(Bruker, SingleConverterQuestionAndADamagedLabelKeepTheFormerData) {
   Quiet_Session q;
   ASSERT_EQ(Read_Bruker_Spectrum(q.s, Bruker("aspirin-1h-processed/1")), 0);
   const float kept = q.s.Spec_Re(27074);
@@ -379,36 +379,11 @@ TEST(Bruker, SingleConverterQuestionAndDamagedFilesKeepTheFormerData) {
     ASSERT_EQ(Read_Bruker_Fid(d.s, (dir / "qseq").string()), 0);
     EXPECT_EQ(d.s.Acq_Mode, 0);
   }
-  // Truncated copies of a real fid and 1r.
-  const auto fid = test::Read_Bytes(Bruker("cyclosporin_1h/cyclosporin_1h/1/fid"));
-  const auto r1 = test::Read_Bytes(Bruker("cyclosporin_1h/cyclosporin_1h/1/pdata/1/1r"));
-  fs::create_directories(dir / "cut" / "pdata" / "1");
-  fs::copy_file(Bruker("cyclosporin_1h/cyclosporin_1h/1/acqus"), dir / "cut" / "acqus");
-  fs::copy_file(Bruker("cyclosporin_1h/cyclosporin_1h/1/pdata/1/procs"),
-                dir / "cut" / "pdata" / "1" / "procs");
-  for (std::size_t cut : {std::size_t{0}, std::size_t{3}, fid.size() / 3, fid.size() - 1}) {
-    SCOPED_TRACE(cut);
-    test::Write_Bytes(dir / "cut" / "fid", {fid.begin(), fid.begin() + cut});
-    const std::size_t shown = q.ui.shown.size();
-    EXPECT_EQ(Read_Bruker_Fid(q.s, (dir / "cut").string()), -1);
-    EXPECT_GT(q.ui.shown.size(), shown);
-    unchanged();
-    test::Write_Bytes(dir / "cut" / "pdata" / "1" / "1r",
-                      {r1.begin(), r1.begin() + std::min(cut, r1.size() - 1)});
-    EXPECT_EQ(Read_Bruker_Spectrum(q.s, (dir / "cut" / "pdata" / "1" / "1r").string()), -1);
-    unchanged();
-  }
-  // Damaged headers: no vendor origin; an array label with a word in it.
-  std::string acqus = test::Read_Text(Bruker("cyclosporin_1h/cyclosporin_1h/1/acqus"));
-  test::Write_Bytes(dir / "cut" / "fid", fid);
-  {
-    std::string bad = acqus;
-    bad.replace(bad.find("##ORIGIN="), 9, "##ORIGXN=");
-    test::Write_Text(dir / "cut" / "acqus", bad);
-    EXPECT_EQ(Check_Bruker_Acquisition((dir / "cut" / "acqus").string()).status, 1);
-    EXPECT_EQ(Read_Bruker_Fid(q.s, (dir / "cut").string()), 1);
-    unchanged();
-  }
+  // An array label with a word in it. (Cut files and a header without its
+  // origin are refused through the open frame in the vendor open test.)
+  fs::create_directories(dir / "cut");
+  fs::copy_file(Bruker("cyclosporin_1h/cyclosporin_1h/1/fid"), dir / "cut" / "fid");
+  const std::string acqus = test::Read_Text(Bruker("cyclosporin_1h/cyclosporin_1h/1/acqus"));
   {
     std::string bad = acqus;
     const std::size_t p = bad.find("##$CNST= (0..63)");
@@ -419,12 +394,6 @@ TEST(Bruker, SingleConverterQuestionAndDamagedFilesKeepTheFormerData) {
     unchanged();
   }
 }
-
-}  // namespace
-}  // namespace tevo::datafiles
-
-namespace tevo::datafiles {
-namespace {
 
 }  // namespace
 }  // namespace tevo::datafiles
